@@ -1,0 +1,28 @@
+# Warnings, optimisation, sanitizers and the compiler cache, the same for every target.
+add_library(tessera_options INTERFACE)
+target_compile_options(tessera_options INTERFACE -Wall -Wextra -Wno-missing-field-initializers)
+target_compile_definitions(tessera_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_include_directories(tessera_options INTERFACE ${CMAKE_SOURCE_DIR}/src ${CMAKE_BINARY_DIR}/generated)
+if(TESSERA_WERROR)
+  target_compile_options(tessera_options INTERFACE -Werror)
+endif()
+if(TESSERA_SANITIZE)
+  target_compile_options(tessera_options INTERFACE -fsanitize=${TESSERA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(tessera_options INTERFACE -fsanitize=${TESSERA_SANITIZE})
+endif()
+if(TESSERA_FUZZ)
+  target_compile_options(tessera_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  target_compile_options(tessera_options INTERFACE -Og -g1)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # Precompiled headers need these two: their dates and the headers' macros are not part of the key.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(tessera_options INTERFACE -fpch-preprocess)
+  endif()
+endif()
