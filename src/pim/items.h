@@ -1,0 +1,102 @@
+// The item classes that appointments and tasks share. Items are light values: the cache holds
+// one copy per day on which the item shows; a note's text is fetched only when asked for.
+#pragma once
+#include "util/color.h"
+#include "util/date_time.h"
+
+#include <QString>
+#include <vector>
+
+enum ItemKind { kKindAppointment = 2, kKindTask = 3, kKindContact = 4, kKindBirthday = 5, kKindAnniversary = 6 };
+
+class CDayItems;
+
+class CPimRecord
+{
+public:
+    virtual ~CPimRecord() = default;
+    virtual int GetKind() const = 0;
+    virtual void CopyIdsTo(CPimRecord& other) const;
+
+    quint32 ItemId = 0;    // tagged
+    quint32 RecordOid = 0; // CEOID
+    bool Visible = true;   // passes the filter in force
+};
+
+// A small set of category numbers in ascending order.
+class CCategorySet
+{
+public:
+    void Insert(qint32 number);
+    bool Contains(qint32 number) const;
+    void Clear() { m_numbers.clear(); }
+    bool IsEmpty() const { return m_numbers.empty(); }
+    auto begin() const { return m_numbers.begin(); }
+    auto end() const { return m_numbers.end(); }
+    bool operator==(const CCategorySet&) const = default;
+
+private:
+    std::vector<qint32> m_numbers;
+};
+
+class CCategorizedRecord : public CPimRecord
+{
+public:
+    virtual void CopyCategoriesTo(CCategorizedRecord& other) const;
+
+    CDayItems* Owner = nullptr; // the day that holds this copy
+    CCategorySet Categories;
+};
+
+class CPimItem : public CCategorizedRecord
+{
+public:
+    virtual void CopyCommonTo(CPimItem& other) const;
+    bool IsRecurring() const { return Recurrence != 0; }
+    bool IsPrivate() const { return Sensitivity == 2; }
+    void SetPrivate(bool set) { Sensitivity = set ? 2 : 0; }
+
+    QString Subject;
+    DATE Start = NO_DATE; // a task's start date
+    DATE End = NO_DATE;   // a task's due date
+    bool HasNote = false;
+    bool ReminderSet = false;
+    int Recurrence = 0;   // 0 plain, 1 recurring, 2 an occurrence with overrides
+    int Sensitivity = 0;  // 0 normal, 2 private
+
+    // Where the view in front painted the item last, in content coordinates; 0 after a rebuild.
+    int LayoutTop = 0, LayoutBottom = 0;
+};
+
+class CAppointment : public CPimItem
+{
+public:
+    // Takes reminder, start and duration from the settings' default values.
+    explicit CAppointment(int kind = kKindAppointment);
+    struct Blank {};
+    CAppointment(int kind, Blank) : Kind(kind) {} // without the defaults, for readers
+    int GetKind() const override { return Kind; }
+    void CopyTo(CAppointment& other) const;
+
+    int Kind;
+    bool EndsPreviousDay = false; // the end belongs to the day before
+    bool Past = false;
+    bool HasAttendees = false;
+    bool Conflict = false;
+    bool AllDay = false;
+    int BusyStatus = 2;
+    int ReminderMinutes = 0;
+    QString Location;
+    int OriginalDay = 0; // of an occurrence: the day its pattern puts it on; 0 for a plain item
+    DATE OriginalStart = NO_DATE; // that occurrence's original start in local time
+};
+
+// A task as the calendar views show it, one copy per day.
+class CTask : public CPimItem
+{
+public:
+    int GetKind() const override { return kKindTask; }
+    int Priority = 1; // 0 low, 1 normal, 2 high
+    bool Complete = false;
+    DATE CompletedDate = NO_DATE;
+};

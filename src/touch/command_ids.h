@@ -1,0 +1,41 @@
+// Commands, as menus, soft keys, keys and other programs send them.
+// The numbers are public: never renumber or reuse.
+#pragma once
+
+enum CommandId : int {
+    CmdNone = -1,
+    CmdExitOther = 1,
+    CmdNoFilter = 1000,
+    CmdFilterFirst = 1001, // .. 1100: filter number command - 1001
+    CmdFilterLast = 1100,
+    CmdSearchStart = 1247,
+    CmdToggleKeyboard = 1248,
+    CmdRebuildSoftKeys = 1251,
+    CmdTasksExpandAll = 1252,
+    CmdTasksCollapseAll = 1253,
+    CmdFilterMenu = 1254,
+    CmdOpenItem = 1255,
+    CmdSettings = 40012,
+    CmdExit = 40019,
+    CmdNewAppointment = 40026,
+    CmdShowDaily = 40036,
+    CmdShowList = 40037,
+    CmdShowMonthly = 40038,
+    CmdDelete = 40039,
+    CmdEdit = 40040,
+    CmdViewButton = 40050,
+    CmdDateBack = 40052,
+    CmdDateForward = 40053,
+    CmdMenu = 40054,
+    CmdToday = 40055,
+    CmdShowWeekly = 40089,
+    CmdNewTask = 40101,
+    CmdToggleTask = 40103,
+    CmdManageFilters = 40145,
+    CmdShowTasks = 40376,
+    CmdDuplicate = 40403,
+    CmdShowSearch = 40633,
+    CmdPreviousView = 40634,
+    CmdGoTo = 40689,
+    CmdBeam = 40743,
+};
