@@ -1,0 +1,37 @@
+// The commands of tessera-pim: one function each, called by main.cpp with what was parsed.
+// Result: the exit code of the program.
+#pragma once
+#include <QString>
+#include <string>
+#include <vector>
+
+enum ExitCode : int {
+    kExitDone = 0,     // all done
+    kExitLeftOut = 1,  // done, but something was left out or found at fault
+    kExitNothing = 2,  // wrong usage, or nothing could be done
+};
+
+struct CImportOptions {
+    QString Volume;
+    std::vector<std::string> Files; // as the shell gave them; "-" is standard input
+};
+struct CAgendaOptions {
+    QString Volume;
+    int FirstDay = 0, LastDay = 0; // day numbers, both inclusive, in order
+    bool Json = false;
+};
+struct CCheckOptions {
+    QString Volume;
+};
+struct CBackupOptions {
+    QString Volume;
+    QString File;
+};
+
+int RunImport(const CImportOptions& options);
+int RunAgenda(const CAgendaOptions& options);
+int RunCheck(const CCheckOptions& options);
+int RunBackup(const CBackupOptions& options);
+
+// One line on standard error, "tessera-pim: text".
+void PrintError(const QString& text);
