@@ -1,0 +1,60 @@
+// The bar that shows how one day's appointments lie over its hours, with two counts.
+// Units: surface pixels.
+// Ownership: holds copies only; told of a day and of the selected item by its owner.
+#pragma once
+#include "util/color.h"
+
+#include <QImage>
+#include <QRect>
+#include <array>
+
+class QPainter;
+
+struct CTimelineSlot {
+    quint32 ItemId = 0; // 0: empty
+    COLORREF Color = kColorNotSet;
+};
+
+struct CTimelineDay {
+    std::array<CTimelineSlot, 25> Slots; // 0..23 the hours, 24 all-day
+    int AppointmentCount = 0, TaskCount = 0;
+};
+
+struct CTimelineColors {
+    COLORREF StripBack = kColorWhite; // inside the border
+    COLORREF StripBorder = kColorBlack;
+    COLORREF BarBack = kColorWhite;
+    COLORREF BarSecond = kColorWhite; // blended over the upper half
+    int BarAlpha = 50;
+    COLORREF BarBorder = kColorBlack;
+};
+
+class CTimelineBar
+{
+public:
+    explicit CTimelineBar(const CTimelineColors& colors) : m_colors(colors) {}
+
+    static int StripHeight();
+    static int StripWidth();
+    static int Height(); // of the bar
+    static QRect StripRect(int x, int y);                   // bar's top left in
+    static QRect CellRect(const QRect& strip, int hour);    // 0..23; their union is the inner area
+    static QRect InnerRect(const QRect& strip);
+    // First and last hour of the item, first -1 when it occurs in none.
+    static void FindRun(const CTimelineDay& day, quint32 itemId, int& first, int& last);
+
+    void SetSelected(quint32 itemId) { m_selectedItem = itemId; } // 0 for none
+    quint32 Selected() const { return m_selectedItem; }
+    void DropBackground() { m_background = QImage(); }
+    void Paint(QPainter& dc, int x, int y, int width, const CTimelineDay& day);
+
+private:
+    void PaintBackground(QPainter& dc, const QRect& bar);
+    void PaintStrip(QPainter& dc, const QRect& strip, const CTimelineDay& day) const;
+    void PaintBracket(QPainter& dc, const QRect& strip, int first, int last) const;
+    void PaintCounts(QPainter& dc, const QRect& bar, int x, const CTimelineDay& day) const;
+
+    CTimelineColors m_colors;
+    quint32 m_selectedItem = 0;
+    QImage m_background;
+};

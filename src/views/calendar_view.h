@@ -1,0 +1,92 @@
+// The base of all views: a child of the frame between the title strip and the soft keys.
+// Shape: the frame speaks to a view through the numbered operations below; the view speaks to
+//   the frame through IViewHost. The cursor date lives in the store, so that views share it.
+// Units: everything a leaf sees is in surface pixels (device_pixels.h); the events below arrive
+//   converted.
+// Ownership: the host is borrowed and outlives the view; m_selected points into the leaf's rows.
+#pragma once
+#include "touch/soft_key_bar.h"
+#include "touch/touch_menu.h"
+#include "util/date_time.h"
+#include "views/i_view_host.h"
+#include "views/item_row_painter.h"
+#include "views/painting_order.h"
+
+#include <QImage>
+#include <QString>
+#include <QWidget>
+
+class QMenu;
+class CTouchNavigator;
+
+enum ViewKind { kViewDaily, kViewList, kViewWeekly, kViewMonthly, kViewTasks, kViewSearch };
+
+class CCalendarView : public QWidget
+{
+public:
+    CCalendarView(IViewHost& host, QWidget* parent);
+    ~CCalendarView() override;
+
+    // Makes what the view paints with; the frame calls it once the view has its geometry.
+    virtual void OnCreate() = 0;
+
+    // The operations in slot order; the four of the window itself are Qt's events.
+    virtual int GetViewKind() const = 0;
+    virtual void OnClockChanged(int notice) = 0; // bit 1 new day, bit 2 new zone
+    virtual void OnDataChanged(int dwParam, quint32 uType, quint32 oid) = 0;
+    virtual void Refresh() = 0;                  // rebuilds from the cursor date and repaints
+    virtual void OnResize() = 0;                 // new size, density or fonts
+    virtual bool FillMenu(QMenu& menu);          // true for the common tail
+    virtual bool FillTouchMenu(CTouchMenu& menu); // true for the full soft keys
+    virtual void FillSoftKeys(CSoftKeyBar& keys);
+    virtual void RebuildSoftKeys(CSoftKeyBar& keys);
+    virtual void OnCommandOpenItem() {}
+    virtual void OnDeactivate() {}
+    virtual void SetCursorDate(DATE date);
+    virtual bool WantsBackKey() const { return false; }
+    virtual void GetViewButtonText(QString& first, QString& second) const;
+    virtual bool OnViewButton() { return false; }
+    virtual CPimRecord* GetSelectedItem() const; // null without a selection
+    virtual QString GetTitleText() const { return m_title; }
+    virtual bool IsTitleTappable() const { return true; }
+    virtual void MoveDate(int delta); // -1, +1, or 0 for today
+    virtual bool UsesDateKeys() const { return true; }
+    virtual QString GetCursorDateText() const;
+    virtual void GoToToday() {}
+
+    // A key by its number (touch/virtual_keys.h); true when the view did something with it.
+    virtual bool OnKey(int key);
+    // The view as it would show, painted now, in surface pixels; needs no display.
+    QImage Snapshot();
+    // Identity and day of the selection, for whoever runs a dialog on it.
+    CItemIdentity SelectedIdentity() const;
+    int SelectedDay() const; // day number of the selected row, 0 without
+
+protected:
+    // In surface pixels.
+    virtual void PaintView(QPainter& dc, QSize size) = 0;
+    virtual void OnLButtonDown(QPoint) {}
+    virtual void OnMouseMove(QPoint) {} // with the button down
+    virtual void OnLButtonUp(QPoint) {}
+    virtual CTouchNavigator* Navigator() { return nullptr; } // gets the wheel
+
+    void SetTitle(const QString& title);
+    QSize SurfaceSize() const; // of the client area
+    void SetSelectedRow(CPaintingOrderItem* row) { m_selected = row; }
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+    IViewHost& m_host;
+    CPaintingOrderItem* m_selected = nullptr;
+    QString m_title;
+    CItemRowPainter m_rowPainter;
+    bool m_created = false; // OnCreate has run
+    int m_factor = 1;       // surface pixels of a logical one, as last painted with
+};

@@ -1,0 +1,86 @@
+// One day as a list of rows that scrolls under the finger, with the timeline bar above or below.
+// Rows: the day's appointments in their order, then its tasks. A row's height is known once it
+//   was measured and is kept in the row; its picture is kept in the row cache while near.
+#pragma once
+#include "touch/timeline_bar.h"
+#include "touch/touch_navigator.h"
+#include "views/calendar_view.h"
+#include "views/row_bitmap_cache.h"
+
+#include <memory>
+
+class CDailyView : public CCalendarView, private ITouchClient
+{
+public:
+    CDailyView(IViewHost& host, QWidget* parent);
+    ~CDailyView() override;
+
+    void OnCreate() override;
+    int GetViewKind() const override { return kViewDaily; }
+    void OnClockChanged(int notice) override;
+    void OnDataChanged(int dwParam, quint32 uType, quint32 oid) override;
+    void Refresh() override;
+    void OnResize() override;
+    bool FillMenu(QMenu& menu) override;
+    bool FillTouchMenu(CTouchMenu& menu) override;
+    void OnDeactivate() override;
+    void MoveDate(int delta) override;
+    void GoToToday() override;
+    bool OnKey(int key) override;
+
+    // For tests and for what drives the view from outside.
+    CTouchNavigator& Scroller() { return m_touch; }
+    const CPaintingOrderList& Rows() const { return m_rows; }
+    const CPaintingOrderItem* SelectedRow() const { return m_selected; }
+    const CRowBitmapCache& RowCache() const { return m_rowCache; }
+    const CTimelineBar* Timeline() const { return m_timeline.get(); }
+    QRect ListArea() const;     // below or above the bar
+    QRect TimelineArea() const; // empty without a bar
+    CPaintingOrderItem* RowAt(int x, int y) const; // content coordinates
+
+protected:
+    void PaintView(QPainter& dc, QSize size) override;
+    void OnLButtonDown(QPoint at) override;
+    void OnMouseMove(QPoint at) override;
+    void OnLButtonUp(QPoint at) override;
+    CTouchNavigator* Navigator() override { return &m_touch; }
+
+private:
+    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width, int height) override;
+    bool OnPress(quint32 value, int x, int y) override;
+    void OnDragStart(quint32 value) override;
+    void OnTap(quint32 value, int x, int y) override;
+
+    void BuildRows();
+    void AddRow(CPimItem& item, int day);
+    void TakeTimeline();
+    void UpdateTitleText();
+    bool Select(CPaintingOrderItem* row); // true when it changed
+    void ForgetRows();
+
+    void FetchColors();
+    void LayOutRows(int width);
+    int FirstRowReaching(int y) const;
+    int RowPad() const; // by which a popped-out row grows up and down
+    int PaintRowInto(QPainter& dc, CPaintingOrderItem& row, const QRect& rect, bool selected);
+    void PaintNormalRow(QPainter& dc, CPaintingOrderItem& row, int top, int width);
+    void PaintSelectedRow(QPainter& dc, CPaintingOrderItem& row, int width);
+    void DrawSelectedRow(QPainter& dc, CPaintingOrderItem& row, const QRect& rect);
+
+    bool GoToDay(int day);
+    void SelectNeighbour(int direction);
+    bool StrokeSideways(QPoint at);
+    void RunItemMenu();
+
+    CPaintingOrderList m_rows;
+    std::unique_ptr<CTimelineBar> m_timeline;
+    CTimelineDay m_timelineDay;
+    bool m_dirty = true;
+    CTouchNavigator m_touch;
+    CRowBitmapCache m_rowCache;
+    QPoint m_tapPoint{-1, -1}; // last press, for the sideways stroke
+    int m_day = 0;             // whose rows these are
+    int m_laidOutWidth = -1;   // rows have their places for this width
+    int m_contentHeight = 0;
+    COLORREF m_colorText = 0, m_colorBack = 0, m_colorSelection = 0, m_colorFrame = 0, m_colorSeparator = 0;
+};
