@@ -1,0 +1,39 @@
+// Pictures and fonts by number, one global object.
+// Pictures come from the resource library of the screen's density; those that it lacks come from
+// the other one at its size. Everything is loaded at the first call that asks for it.
+// Errors: a missing library or picture gives an empty image, which draws nothing; no message.
+#pragma once
+#include <QFont>
+#include <QString>
+#include <QStringList>
+#include <map>
+
+#include "drawing/alpha_image.h"
+
+class CImageStore
+{
+public:
+    // The image of that number at the metrics' density. The reference holds until `Clear`.
+    const CAlphaImage& Image(int id);
+    // The font of the table, sized by the settings at the first call after `Clear`.
+    const QFont& Font(int id);
+    // The height the table gives the font, in device pixels: not the line height.
+    int FontHeight(int id);
+
+    // Forgets all that was loaded; after a change of density or settings, and at shutdown.
+    void Clear();
+
+private:
+    std::map<int, CAlphaImage> m_images;
+    std::map<int, QFont> m_fonts;
+};
+
+extern CImageStore g_ImageStore;
+
+// Opens the resource libraries for the metrics' density, the install folder's files before the
+// program's own, and empties the store. The frame calls this at start and after settings changes.
+// False when there is none; everything then paints without pictures.
+bool LoadResourceLibraries(const QString& installFolder);
+// Where the program's own read-only files lie: TESSERA_SHARE, else ../share/tessera beside the
+// program, else the build tree.
+QStringList ShareFolders();
