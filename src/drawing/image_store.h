@@ -1,6 +1,6 @@
 // Pictures and fonts by number, one global object.
-// Pictures come from the resource library of the screen's density; those that it lacks come from
-// the other one at its size. Everything is loaded at the first call that asks for it.
+// Pictures come from the open resource library, at the screen's density or else at the nearest
+// one that the library holds. Everything is loaded at the first call that asks for it.
 // Errors: a missing library or picture gives an empty image, which draws nothing; no message.
 #pragma once
 #include <QFont>
@@ -30,10 +30,10 @@ private:
 
 extern CImageStore g_ImageStore;
 
-// Opens the resource libraries for the metrics' density, the install folder's files before the
-// program's own, and empties the store. The frame calls this at start and after settings changes.
-// False when there is none; everything then paints without pictures.
+// Opens the resource library for the metrics' density, the install folder's before the program's
+// own; the one for the other density when there is none. Empties the store. The frame calls this
+// at start and after settings changes. False when there is no library: nothing has a picture then.
 bool LoadResourceLibraries(const QString& installFolder);
-// Where the program's own read-only files lie: TESSERA_SHARE, else ../share/tessera beside the
-// program, else the build tree.
+// Where the program's own read-only files lie: TESSERA_SHARE if set, then ../share/tessera beside
+// the program, which is also where the build puts them.
 QStringList ShareFolders();

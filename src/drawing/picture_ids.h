@@ -102,14 +102,14 @@ enum PictureId : int {
     PictureKeyboard = 721,
     PictureMoveUp = 722,
     PictureMoveDown = 723,
-    PictureCollapseAll = 724,
-    PictureExpandAll = 725,
+    PictureSort = 724,
+    PictureShow = 725, // which tasks are shown
     PictureActivateTask = 726,
     PictureEdit = 727,
     PictureAdd = 728,
     PictureReturn = 729,
-    PictureSort = 730,
-    PictureGroup = 731,
+    PictureExpandAll = 730,
+    PictureCollapseAll = 731,
     PictureWeb = 732,
     PictureDetails = 733,
 };

@@ -1,0 +1,129 @@
+#include "drawing/image_store.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QResource>
+
+#include "drawing/screen_metrics.h"
+#include "settings/fonts.h"
+
+CImageStore g_ImageStore;
+
+namespace
+{
+constexpr char kRoot[] = "/pictures";
+
+// The library that is open now; the file stays mapped until another one takes its place.
+QString s_openLibrary;
+
+bool OpenLibrary(const QString& path)
+{
+    if (path == s_openLibrary)
+        return true;
+    if (!QFile::exists(path) || !QResource::registerResource(path, QLatin1String(kRoot)))
+        return false;
+    if (!s_openLibrary.isEmpty())
+        QResource::unregisterResource(s_openLibrary, QLatin1String(kRoot));
+    s_openLibrary = path;
+    return true;
+}
+
+QImage Decode(int density, int id)
+{
+    const QResource picture(QStringLiteral(":%1/%2/%3.png").arg(QLatin1String(kRoot)).arg(density).arg(id));
+    if (!picture.isValid())
+        return QImage();
+    return QImage::fromData(picture.data(), int(picture.size()), "PNG");
+}
+
+// The densities of the libraries, the screen's own first, then those below it, then above.
+QImage DecodeNearest(int id)
+{
+    const int own = g_ScreenMetrics.Multiple();
+    for (const int multiple : {own, own - 1, own - 2, own - 3, own + 1, own + 2, own + 3}) {
+        if (multiple < 1 || multiple > 4)
+            continue;
+        const QImage picture = Decode(96 * multiple, id);
+        if (!picture.isNull())
+            return picture;
+    }
+    return QImage();
+}
+
+// In the order of wish; a face of a fixed list, never what the system would choose.
+const QStringList& Faces()
+{
+    static const QStringList faces = {QStringLiteral("Tahoma"), QStringLiteral("DejaVu Sans Condensed"),
+                                      QStringLiteral("Liberation Sans"), QStringLiteral("Noto Sans")};
+    return faces;
+}
+
+QFont MakeFont(const FontSpec& spec)
+{
+    QFont font;
+    font.setFamilies(Faces());
+    font.setPixelSize(qMax(spec.PixelHeight, 1));
+    font.setWeight(spec.Weight >= 700   ? QFont::Bold
+                   : spec.Weight >= 600 ? QFont::DemiBold
+                                        : QFont::Normal);
+    font.setStrikeOut(spec.StrikeOut);
+    if (spec.ClearType)
+        font.setStyleStrategy(QFont::PreferAntialias);
+    return font;
+}
+} // namespace
+
+const CAlphaImage& CImageStore::Image(int id)
+{
+    const auto known = m_images.find(id);
+    if (known != m_images.end())
+        return known->second;
+    return m_images.emplace(id, CAlphaImage::FromImage(DecodeNearest(id))).first->second;
+}
+
+const QFont& CImageStore::Font(int id)
+{
+    const auto known = m_fonts.find(id);
+    if (known != m_fonts.end())
+        return known->second;
+    return m_fonts.emplace(id, MakeFont(GetFontSpec(id, g_ScreenMetrics.Multiple()))).first->second;
+}
+
+int CImageStore::FontHeight(int id)
+{
+    return GetFontSpec(id, g_ScreenMetrics.Multiple()).PixelHeight;
+}
+
+void CImageStore::Clear()
+{
+    m_images.clear();
+    m_fonts.clear();
+}
+
+QStringList ShareFolders()
+{
+    QStringList folders;
+    const QString given = qEnvironmentVariable("TESSERA_SHARE");
+    if (!given.isEmpty())
+        folders << given;
+    folders << QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tessera");
+    return folders;
+}
+
+bool LoadResourceLibraries(const QString& installFolder)
+{
+    g_ImageStore.Clear();
+    QStringList names = {QStringLiteral("ZELVCalendarVGARes.rcc"), QStringLiteral("ZELVCalendarQVGARes.rcc")};
+    if (g_ScreenMetrics.m_lowRes)
+        names.swapItemsAt(0, 1);
+    QStringList folders = ShareFolders();
+    if (!installFolder.isEmpty())
+        folders.prepend(installFolder);
+    for (const QString& name : names) {
+        for (const QString& folder : folders) {
+            if (OpenLibrary(folder + QLatin1Char('/') + name))
+                return true;
+        }
+    }
+    return false;
+}
