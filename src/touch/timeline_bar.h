@@ -13,11 +13,13 @@ class QPainter;
 struct CTimelineSlot {
     quint32 ItemId = 0; // 0: empty
     COLORREF Color = kColorNotSet;
+    bool operator==(const CTimelineSlot&) const = default;
 };
 
 struct CTimelineDay {
     std::array<CTimelineSlot, 25> Slots; // 0..23 the hours, 24 all-day
     int AppointmentCount = 0, TaskCount = 0;
+    bool operator==(const CTimelineDay&) const = default;
 };
 
 struct CTimelineColors {
@@ -37,24 +39,32 @@ public:
     static int StripHeight();
     static int StripWidth();
     static int Height(); // of the bar
-    static QRect StripRect(int x, int y);                   // bar's top left in
-    static QRect CellRect(const QRect& strip, int hour);    // 0..23; their union is the inner area
+    static QRect StripRect(int x, int y); // from the bar's top left
     static QRect InnerRect(const QRect& strip);
+    static QRect CellRect(const QRect& strip, int hour); // 0..23; they tile the inner area
     // First and last hour of the item, first -1 when it occurs in none.
     static void FindRun(const CTimelineDay& day, quint32 itemId, int& first, int& last);
 
     void SetSelected(quint32 itemId) { m_selectedItem = itemId; } // 0 for none
     quint32 Selected() const { return m_selectedItem; }
-    void DropBackground() { m_background = QImage(); }
     void Paint(QPainter& dc, int x, int y, int width, const CTimelineDay& day);
 
 private:
-    void PaintBackground(QPainter& dc, const QRect& bar);
+    struct Shown {
+        int Width = 0, Multiple = 0;
+        quint32 Selected = 0;
+        CTimelineDay Day;
+        bool operator==(const Shown&) const = default;
+    };
+    void PaintPicture(QPainter& dc, int width, const CTimelineDay& day) const;
+    void PaintBackground(QPainter& dc, const QRect& bar) const;
     void PaintStrip(QPainter& dc, const QRect& strip, const CTimelineDay& day) const;
     void PaintBracket(QPainter& dc, const QRect& strip, int first, int last) const;
     void PaintCounts(QPainter& dc, const QRect& bar, int x, const CTimelineDay& day) const;
+    static int PaintCount(QPainter& dc, const QRect& bar, int x, int imageId, int count);
 
     CTimelineColors m_colors;
     quint32 m_selectedItem = 0;
-    QImage m_background;
+    Shown m_shown;
+    QImage m_picture; // of what m_shown says
 };

@@ -27,7 +27,8 @@ struct CTouchMenuLayout {
     QRect Title; // empty without a title
     QRect List;
     QRect Keys;
-    static CTouchMenuLayout Of(QSize window, bool hasTitle);
+    // A window wider than a hand gets a card no higher than its rows (`contentHeight`) need.
+    static CTouchMenuLayout Of(QSize window, bool hasTitle, int contentHeight);
 };
 
 class CTouchMenu : public QWidget, private ITouchClient
@@ -49,7 +50,7 @@ public:
     void Choose(int command); // ends Run
     static CTouchMenu* Current(); // the innermost one that runs, or null
 
-    static int RowHeight(); // without the hair line
+    static int RowHeight(); // with the hair line under it
     CTouchNavigator& Navigator() { return m_touch; }
     CTouchMenuLayout Layout() const;
     QImage Snapshot(); // in surface pixels, without what lies under it
@@ -64,6 +65,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool) override { return false; }
 
 private:
     int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width, int height) override;
@@ -71,12 +73,18 @@ private:
     void OnDragStart(quint32 value) override;
     void OnTap(quint32 value, int x, int y) override;
 
-    void PlaceOver(QWidget* window);
+    void OpenOver(QWidget* window);
     void ApplyLayout();
+    void ShowCheckedRow();
     int RowAt(int y) const; // content coordinates; -1 past the last row
+    QRect RowRect(int index) const;
     void PaintRow(QPainter& dc, const CTouchMenuRow& row, const QRect& rect, bool selected) const;
-    void PaintPage(QPainter& dc, const CTouchMenuLayout& layout);
+    void PaintTitle(QPainter& dc, const QRect& rect) const;
+    QImage PaintPage(const CTouchMenuLayout& layout);
     void SelectRow(int index);
+    void SelectByKey(int direction);
+    void PressKey(int command);
+    void ReleaseOnKeys(QPoint at);
 
     std::vector<CTouchMenuRow> m_rows;
     QString m_title;
@@ -85,8 +93,8 @@ private:
     QEventLoop* m_loop = nullptr;
     int m_result = -1;
     int m_selected = -1;     // the row under the finger or the keyboard's
-    bool m_keyTouched = false; // the finger went down on a soft key
-    bool m_outside = false;  // the finger went down beside the page
+    enum Touched { kNothing, kRows, kKeys, kBeside };
+    Touched m_touched = kNothing; // where the finger went down
     int m_factor = 1;
     CTouchMenu* m_outer = nullptr;
 };

@@ -5,9 +5,9 @@
 //   painted then); the surface and the timers are the navigator's.
 // Each step is one short function, so that a test may drive it with a clock of its own.
 #pragma once
+#include "drawing/surface.h"
 #include "touch/numbered_timers.h"
 
-#include <QImage>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
@@ -44,14 +44,14 @@ public:
     void SetPaintArgument(quint32 argument) { m_paintArgument = argument; }
 
     QRect Area() const { return {m_x, m_y, m_width, m_height}; }
-    const QImage& Surface() const { return m_surface; }
+    const QImage& Surface() const { return m_surface.Image(); }
     int Scroll() const { return m_scroll; }
     int ContentHeight() const { return m_contentHeight; }
     int Width() const { return m_width; }
     int Height() const { return m_height; }
     double Velocity() const { return m_velocity; }
     bool IsDragging() const { return m_dragging; }
-    bool IsTouched() const { return m_touchY != -1; }
+    bool IsTouched() const { return m_touched; }
     bool IsPressHandled() const { return m_pressHandled; }
     CNumberedTimers& Timers() { return m_timers; }
 
@@ -60,6 +60,11 @@ public:
 private:
     void AllocateSurface();
     void InvalidateArea();
+    void Render();
+    void BackWithinEnds();
+    int ClampScroll(int offset) const;
+    void StopMotion();
+    void StartDrag();
     void PressDelayOver();
     void FlingStep();
     void Release(int y);
@@ -72,10 +77,11 @@ private:
 
     QPointer<QWidget> m_hWnd;
     int m_x = 0, m_y = 0, m_width = 0, m_height = 0;
-    QImage m_surface;
+    COffscreenSurface m_surface;
     bool m_pressHandled = false; // OnPress has fired for this touch
     bool m_stoppedFling = false; // this touch only stopped a moving list
-    int m_touchY = -1;           // last finger position below m_y; -1 without a touch
+    bool m_touched = false;      // a touch is under way
+    int m_touchY = -1;           // last finger position below m_y
     int m_touchX = 0;
     int m_scroll = 0; // 0 at the top, negative when scrolled down
     quint32 m_paintArgument = 0;
