@@ -32,7 +32,8 @@ public:
     void LoadFilters();
     bool Save();
 
-    // The names that filters are read and written with; borrowed, null for none.
+    // The names that filters are read and written with; borrowed. Null while the categories cannot
+    // be read: names that none has are dropped from a filter.
     void SetCategoryNames(const ICategoryNames* names) { m_categoryNames = names; }
     const CFilter& GetActiveFilter() const;
     // Puts filter `index` in force; any other number means unfiltered.
@@ -62,6 +63,7 @@ private:
     void SaveCategories();
 
     const ICategoryNames* m_categoryNames = nullptr;
+    QStringList m_ownQuickTexts[3]; // as RefreshTexts filled them last
 };
 
 extern CSettings g_Settings;
