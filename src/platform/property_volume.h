@@ -14,6 +14,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -114,7 +115,8 @@ public:
     virtual ~CPropertyVolume() = default;
 
     virtual QString Path() const = 0;
-    // Null when the volume has no such database or order. An empty order goes by CEOID.
+    // Null when the volume has no such database or order. An empty order goes by CEOID. Besides the
+    // schema's orders there is one by record number in each database that has such a column.
     virtual std::unique_ptr<CPropertyDatabase> OpenDatabase(const QString& name, const CSortOrder& order,
                                                             bool autoIncrement) = 0;
 
@@ -144,4 +146,13 @@ public:
 
     virtual CStatus Check(QStringList& faults) = 0;       // soundness of the file and its indexes
     virtual CStatus Backup(const QString& file) = 0;      // consistent while others write
+
+    // Seeks and reads give nothing when the file fails them; this is the first such fault since
+    // the last call, for whoever must tell an empty volume from a broken one.
+    virtual CStatus TakeReadFault() = 0;
 };
+
+// For tests of those who write: the n-th statement that writes (commits count) from now on fails
+// once with `kind`, in any volume of this process. 0 switches it off. Result: whether the one
+// asked for before has happened.
+bool FailVolumeWrite(int n, StatusKind kind = StatusKind::Full);
