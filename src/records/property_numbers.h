@@ -38,6 +38,33 @@ constexpr CEPROPID ForeignText = 0x7E07001F;  // what an imported file said beyo
 constexpr CEPROPID OccurrenceId = 0x7E08001F; // RECURRENCE-ID of an item that stands alone, or the part of a split series
 constexpr CEPROPID LongSpan = 0x7E090013;     // duration in minutes, only when above 31 days
 constexpr CEPROPID SourceRule = 0x7E0A001F;   // the rule as it was imported, dropped when the rows are touched
+// Tasks (subject, sensitivity, reminder flag, recurring and notes as of appointments)
+constexpr CEPROPID TaskStart = 0x00620040;      // file time of a date, no zone
+constexpr CEPROPID TaskDue = 0x00630040;        // likewise
+constexpr CEPROPID TaskPriority = 0x00600013;   // 0 low, 1 normal, 2 high
+constexpr CEPROPID TaskComplete = 0x1065000B;
+constexpr CEPROPID TaskCompletedDate = 0x00640040;
+constexpr CEPROPID TaskReminderTime = 0x10660040; // UTC
+constexpr CEPROPID TaskOwner = 0x101D001F;      // read by nobody
+// Our own; the two forms are those of an appointment's series
+constexpr CEPROPID TaskRecurrence = 0x7E0B0064;
+constexpr CEPROPID TaskZone = 0x7E0C0041;
+// Contacts
+constexpr CEPROPID ContactKind = 0x00F80013;    // read by nobody
+constexpr CEPROPID ContactName = 0x0080001F;
+constexpr CEPROPID ContactBirthday = 0x00F00040;    // file time of a date, no zone
+constexpr CEPROPID ContactAnniversary = 0x00F10040; // likewise
+constexpr CEPROPID ContactDetail = 0x0090001F;
+// Our own: nine telephone numbers
+constexpr CEPROPID PhoneMobile = 0x7E10001F;
+constexpr CEPROPID PhoneWork = 0x7E11001F;
+constexpr CEPROPID PhoneWork2 = 0x7E12001F;
+constexpr CEPROPID PhoneHome = 0x7E13001F;
+constexpr CEPROPID PhoneHome2 = 0x7E14001F;
+constexpr CEPROPID PhoneWorkFax = 0x7E15001F;
+constexpr CEPROPID PhoneHomeFax = 0x7E16001F;
+constexpr CEPROPID PhoneCar = 0x7E17001F;
+constexpr CEPROPID PhonePager = 0x7E18001F;
 // Categories
 constexpr CEPROPID CategoryNumber = 0x00010066;
 constexpr CEPROPID CategoryName = 0x0002001F;

@@ -13,6 +13,11 @@ inline std::span<const uchar> BytesOf(const QByteArray& blob)
     return {reinterpret_cast<const uchar*>(blob.constData()), size_t(blob.size())};
 }
 
+// The note of a changed occurrence, in a form of our own; takes the place of a foreign one.
+void SetOccurrenceNote(CRecurrenceException& exception, const QString& note);
+// The series' own note holds again.
+void ClearOccurrenceNote(CRecurrenceException& exception);
+
 // Version 5 layout. Exceptions that are not deleted stand in the deleted list too.
 QByteArray WriteRecurrence(const CRecurrencePattern& pattern);
 QByteArray WriteRecurrenceZone(const CRecurrencePattern& pattern);

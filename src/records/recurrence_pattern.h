@@ -1,4 +1,5 @@
 // The recurrence of one item, as its blob tells it.
+// Stored bytes fill these fields as they stand: any of them may be out of its range.
 // Units: PatternStart and PatternEnd are midnights in the pattern's own zone; StartMinute and
 //   EndMinute are minutes after midnight (the end past 1440 when it crosses midnight).
 #pragma once
@@ -27,7 +28,8 @@ struct CRecurrenceException {
     bool AllDay = false;
     bool HasNote = false;
     QString Note;            // decoded from the record's note bytes when they are ours, else empty
-    QByteArray SkippedBytes; // what a foreign record holds that we do not read, in order, kept for writing
+    QByteArray SkippedBytes; // what a foreign record holds that we do not read, kept for writing:
+                             // 16 bits of its flags, then their bytes (see recurrence_blob.cpp)
 
     bool operator==(const CRecurrenceException&) const = default;
 };
@@ -47,6 +49,9 @@ struct CRecurrencePattern {
     std::vector<CRecurrenceException> Exceptions; // sorted by OriginalDay
     qint16 ZoneBias = 0, ZoneStandardBias = 0, ZoneDaylightBias = 0;
     SystemTime ZoneStandardDate, ZoneDaylightDate;
+    // What a foreign blob holds that we do not read, kept for writing; empty when it is all zero.
+    QByteArray SkippedHeader; // up to the exceptions, the fields that we read blanked
+    QByteArray SkippedTail;   // behind the last exception
 
     TimeZoneInformation Zone() const;
     void SetZone(const TimeZoneInformation& zone);
