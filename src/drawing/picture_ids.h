@@ -70,7 +70,8 @@ enum PictureId : int {
     PictureTextContact = 501,
     PictureTextMyText = 502,
 
-    // Date overlay's arrows, 16 x 28; page (228 x 110) and arrow strips (218 x 35) of the date picker.
+    // Arrows of the date overlay, 16 x 28; page (228 x 104) of the date picker and the arrows (48 x 32)
+    // that stand in each of its columns.
     PictureOverlayLeft = 601,
     PictureOverlayRight = 602,
     PictureDatePage = 603,
