@@ -1,0 +1,132 @@
+#include "util/string_store.h"
+
+#include "util/string_ids.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace
+{
+QStringList LinesOf(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return QString::fromUtf8(file.readAll()).split('\n');
+}
+
+std::map<int, QString> TextsOf(const QString& path)
+{
+    std::map<int, QString> texts;
+    for (const QString& line : LinesOf(path)) {
+        const QStringList fields = line.split('\t');
+        if (line.isEmpty() || line.startsWith('#'))
+            continue;
+        EXPECT_TRUE(texts.emplace(fields[0].toInt(), fields.value(1)).second) << "twice " << fields[0].toStdString();
+    }
+    return texts;
+}
+
+class CStringStoreTest : public ::testing::Test
+{
+protected:
+    void TearDown() override { LoadLanguageLibrary(QString(), QString(), QString()); }
+
+    // A catalogue of the given texts; the standard tools make it from the same source as the program's.
+    bool MakeCatalogue(const QString& path, const std::map<int, QString>& texts)
+    {
+        QString source = "<?xml version=\"1.0\"?><!DOCTYPE TS><TS version=\"2.1\"><context><name></name>";
+        for (const auto& [number, text] : texts)
+            source += QString("<message id=\"%1\"><source/><translation>%2</translation></message>").arg(number).arg(text);
+        QFile file(m_folder.filePath("source.ts"));
+        QDir().mkpath(QFileInfo(path).path());
+        if (!file.open(QIODevice::WriteOnly) || file.write((source + "</context></TS>").toUtf8()) < 0)
+            return false;
+        file.close();
+        return QProcess::execute(QLibraryInfo::path(QLibraryInfo::BinariesPath) + "/lrelease", {"-silent", "-idbased", file.fileName(), "-qm", path}) == 0;
+    }
+
+    QTemporaryDir m_folder;
+    QString m_install = m_folder.filePath("install"), m_share = m_folder.filePath("share");
+};
+} // namespace
+
+// A number that stands twice would give one text to two places.
+TEST_F(CStringStoreTest, EveryNumberHasANameAndAText)
+{
+    const std::map<int, QString> texts = TextsOf("resources/strings/strings.tsv");
+    std::map<int, QString> names;
+    static const QRegularExpression line("^    (Str\\w+) = (\\d+),$");
+    for (const QString& text : LinesOf("src/util/string_ids.h")) {
+        const QRegularExpressionMatch match = line.match(text);
+        if (!match.hasMatch())
+            continue;
+        const int number = match.captured(2).toInt();
+        EXPECT_TRUE(names.emplace(number, match.captured(1)).second) << match.captured(1).toStdString();
+        EXPECT_TRUE(number == StrColorNames || !GetString(number).isEmpty()) << match.captured(1).toStdString();
+    }
+    ASSERT_GT(names.size(), 500u);
+    for (const auto& [number, text] : texts) {
+        QString built = GetString(number);
+        EXPECT_EQ(built.replace('\\', "\\\\").replace('\n', "\\n"), text) << number;
+        EXPECT_TRUE(names.count(number) || number > StrColorNames) << number << " has no name";
+    }
+}
+
+TEST_F(CStringStoreTest, EnglishTexts)
+{
+    EXPECT_EQ(GetString(StrNoAvailableItems), "No available items");
+    EXPECT_EQ(GetString(40365), "Are you sure you would like to delete the appointment ");
+    EXPECT_EQ(GetString(40628), "HH 'hour(s) and' mm 'minute(s)'");
+    for (const int number : {0, -1, 127, 129, 40820, 2147483647})
+        EXPECT_TRUE(GetString(number).isEmpty()) << number;
+}
+
+// What code fills in must stand in each language, in the same order and number.
+TEST_F(CStringStoreTest, TranslationsKeepWhatIsFilledIn)
+{
+    static const QRegularExpression place("%[ds]|##");
+    const std::map<int, QString> english = TextsOf("resources/strings/strings.tsv");
+    for (const QString& name : QDir("resources/strings").entryList({"strings_*.tsv"})) {
+        for (const auto& [number, text] : TextsOf("resources/strings/" + name)) {
+            ASSERT_TRUE(english.count(number)) << number;
+            QStringList wanted, got;
+            for (auto match = place.globalMatch(english.at(number)); match.hasNext();)
+                wanted += match.next().captured();
+            for (auto match = place.globalMatch(text); match.hasNext();)
+                got += match.next().captured();
+            EXPECT_EQ(got, wanted) << name.toStdString() << ' ' << number;
+            EXPECT_EQ(text.startsWith(' '), english.at(number).startsWith(' ')) << name.toStdString() << ' ' << number;
+            EXPECT_EQ(text.endsWith(' '), english.at(number).endsWith(' ')) << name.toStdString() << ' ' << number;
+        }
+    }
+}
+
+TEST_F(CStringStoreTest, LanguageLibraries)
+{
+    const QString active = m_install + "/ActiveLang.qm", german = m_share + "/translations/tessera_de.qm";
+    ASSERT_TRUE(MakeCatalogue(german, {{StrSubject, "Betreff"}, {StrNote, "Notiz"}}));
+    LoadLanguageLibrary(m_install, m_share, "de_AT");
+    EXPECT_EQ(GetString(StrSubject), "Betreff");
+    EXPECT_EQ(GetString(StrLocation), "Location"); // one missing text is English
+
+    ASSERT_TRUE(MakeCatalogue(active, {{StrSubject, "Sujet"}}));
+    LoadLanguageLibrary(m_install, m_share, "de_AT");
+    EXPECT_EQ(GetString(StrSubject), "Sujet");
+    EXPECT_EQ(GetString(StrNote), "Note"); // the catalogue of the locale is not under it
+
+    LoadLanguageLibrary(QString(), m_share, "en_US");
+    EXPECT_EQ(GetString(StrSubject), "Subject");
+    LoadLanguageLibrary(QString(), m_share, "fr_FR");
+    EXPECT_EQ(GetString(StrSubject), "Subject");
+
+    QFile broken(active);
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly) && broken.write("no catalogue") > 0);
+    broken.close();
+    LoadLanguageLibrary(m_install, m_share, "de_DE"); // then the locale's
+    EXPECT_EQ(GetString(StrSubject), "Betreff");
+}
