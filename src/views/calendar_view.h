@@ -63,7 +63,8 @@ public:
     int SelectedDay() const; // day number of the selected row, 0 without
 
 protected:
-    // In surface pixels.
+    // In surface pixels. `dc` may be the window's own painter, so whatever is drawn with more than
+    // whole rectangles and finished pictures is drawn into a picture first.
     virtual void PaintView(QPainter& dc, QSize size) = 0;
     virtual void OnLButtonDown(QPoint) {}
     virtual void OnMouseMove(QPoint) {} // with the button down
@@ -72,7 +73,6 @@ protected:
 
     void SetTitle(const QString& title);
     QSize SurfaceSize() const; // of the client area
-    void SetSelectedRow(CPaintingOrderItem* row) { m_selected = row; }
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -53,34 +53,34 @@ private:
 
     void BuildRows();
     void AddRow(CPimItem& item, int day);
-    void TakeTimeline();
-    void UpdateTitleText();
-    bool Select(CPaintingOrderItem* row); // true when it changed
     void ForgetRows();
+    void Select(CPaintingOrderItem* row);
+    void PrepareLook(); // colours, fonts and the bar's height: after a change of size or density
 
-    void FetchColors();
-    void LayOutRows(int width);
-    int FirstRowReaching(int y) const;
     int RowPad() const; // by which a popped-out row grows up and down
-    int PaintRowInto(QPainter& dc, CPaintingOrderItem& row, const QRect& rect, bool selected);
-    void PaintNormalRow(QPainter& dc, CPaintingOrderItem& row, int top, int width);
-    void PaintSelectedRow(QPainter& dc, CPaintingOrderItem& row, int width);
-    void DrawSelectedRow(QPainter& dc, CPaintingOrderItem& row, const QRect& rect);
+    QRect RowRect(const CPaintingOrderItem& row) const; // content coordinates
+    void LayOutRows(int width); // measures every row
+
+    int PaintItem(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected);
+    QImage RowPicture(CPaintingOrderItem& row);
+    QImage SelectedPicture(CPaintingOrderItem& row);
+    void PaintRow(QPainter& dc, CPaintingOrderItem& row, int scroll);
+    void PaintSelectedRow(QPainter& dc, CPaintingOrderItem& row, int scroll);
 
     bool GoToDay(int day);
     void SelectNeighbour(int direction);
     bool StrokeSideways(QPoint at);
+    bool HitsCheckBox(const CPaintingOrderItem& row, QPoint at) const;
     void RunItemMenu();
 
     CPaintingOrderList m_rows;
     std::unique_ptr<CTimelineBar> m_timeline;
     CTimelineDay m_timelineDay;
-    bool m_dirty = true;
+    bool m_dirty = true; // rows have no places yet
     CTouchNavigator m_touch;
     CRowBitmapCache m_rowCache;
     QPoint m_tapPoint{-1, -1}; // last press, for the sideways stroke
-    int m_day = 0;             // whose rows these are
-    int m_laidOutWidth = -1;   // rows have their places for this width
+    int m_rowWidth = 0;        // the rows' places are for this width
     int m_contentHeight = 0;
-    COLORREF m_colorText = 0, m_colorBack = 0, m_colorSelection = 0, m_colorFrame = 0, m_colorSeparator = 0;
+    COLORREF m_colorText = 0, m_colorBack = 0, m_colorSelection = 0, m_colorSeparator = 0;
 };

@@ -6,10 +6,9 @@
 #include "pim/items.h"
 #include "util/color.h"
 
-#include <QPoint>
 #include <QRect>
-#include <QSize>
 #include <QString>
+#include <memory>
 #include <vector>
 
 class QPainter;
@@ -22,21 +21,27 @@ struct CRowPainterSetup {
     COLORREF Subject = 0, Time = 0, Location = 0, Special = 0;
 };
 
-// The icons at a row's right end: which, and where, by sizes alone.
+// An icon at a row's right end.
 struct CRowIcon {
-    int ImageId = 0;           // 0: the picture of a category
-    qint32 Category = 0;
-    QSize Size;
-    QPoint At;                 // top left
+    int ImageId = 0;
+    QRect Rect;
+};
+struct CRowIcons {
+    std::vector<CRowIcon> Icons;
+    int Width = 0;  // used, from the right
+    int Bottom = 0; // of the lowest line of icons
 };
 
 class CItemRowPainter
 {
 public:
-    void InitRowPainter(const CRowPainterSetup& setup); // fonts, colours and images must be loaded
+    CItemRowPainter();
+    ~CItemRowPainter();
 
-    // Each paints inside `rect` from its top and returns the height of the row; `day` is the row's
-    // day number. `selected`: painted over the selection background.
+    void InitRowPainter(const CRowPainterSetup& setup); // fonts, colours and pictures must be loaded
+
+    // Each paints inside `rect` from its top and returns the height of the row, however high `rect`
+    // is; `day` is the row's day number. `selected`: painted over the selection background.
     int PaintAppointmentRow(QPainter* dc, const QRect& rect, const CAppointment& item, int day, bool includeLocation,
                             bool selected);
     // `checkBox` gets the box's rectangle in the coordinates of `rect`.
@@ -44,31 +49,39 @@ public:
     int PaintSpecialRow(QPainter* dc, const QRect& rect, const CAppointment& item, bool selected);
 
     int TimeColumnWidth() const { return m_timeColumnWidth; }
-    bool IsSingleLine() const { return m_setup.SingleLine; }
-    int TextHeight() const { return m_textHeight; }
     COLORREF StatusColor(int busyStatus) const; // kColorNotSet for any other status
-
-    // The icons of an item from x leftwards; at most five.
-    std::vector<CRowIcon> LayOutStatusIcons(const CPimItem& item, int x, int y, int lineHeight, int& usedWidth,
-                                            int& bottom) const;
+    // The icons of an item from x leftwards, at most five; two in a line, but for the last, with
+    // several lines.
+    CRowIcons LayOutStatusIcons(const CPimItem& item, int x, int y, int lineHeight) const;
 
 private:
-    enum Measure { kPaint, kMeasureWidth };
-    int DrawRowText(QPainter* dc, const QString& text, QRect rect, COLORREF color, int font, bool centre = false,
-                    Measure measure = kPaint) const;
-    int DrawTimeText(QPainter* dc, const CAppointment& item, int day, const QRect& rect, bool inColumn, bool selected) const;
-    int DrawStatusIcons(QPainter* dc, const CPimItem& item, int x, int y, int lineHeight, int& usedWidth) const;
-    int DrawMultiLine(QPainter* dc, QRect rect, int iconX, int lineHeight, const CAppointment& item, int day,
-                      bool includeLocation, bool selected) const;
-    int DrawSingleLine(QPainter* dc, QRect rect, int iconX, int lineHeight, const CAppointment& item, int day,
-                       bool includeLocation, bool selected) const;
-    void FillLeadingRect(QPainter* dc, const QRect& rect, COLORREF color) const;
-    COLORREF SubjectColor(const CAppointment& item, bool selected) const;
+    struct Row; // what the steps of one row hand on
+    Row BeginRow(QPainter* dc, const QRect& rect, bool selected);
+    int DrawRowText(const Row& row, const QString& text, QRect rect, COLORREF color, int font);
+    int MeasureHeight(const QString& text, int width, int font);
+    int MeasureLineWidth(const QString& text, int font);
+    QPainter& MeasuringDc(int font);
+
+    int DrawTimeText(Row& row, const CAppointment& item, int day);
+    void DrawStatusIcons(const Row& row, const CRowIcons& icons) const;
+    void DrawAllDayImage(Row& row);
+    int PaintAppointmentLines(Row& row, const CAppointment& item, int day, bool includeLocation);
+    int PaintAppointmentLine(Row& row, const CAppointment& item, int day, bool includeLocation);
+    int PaintTaskLines(Row& row, const CTask& item, const QString& due, COLORREF dueColor);
+    int PaintTaskLine(Row& row, const CTask& item, const QString& due, COLORREF dueColor);
+    QRect DrawCheckBox(Row& row, const CTask& item) const;
+    QString DueText(const CTask& item, COLORREF& color) const;
+    QRect TakeLeadingRect(Row& row) const;
+    void FillLeadingRect(const Row& row, QRect rect, int height, COLORREF color) const;
+    COLORREF SubjectColor(const CAppointment& item) const;
 
     CRowPainterSetup m_setup;
     int m_timeColumnWidth = 0;
-    int m_textHeight = 0, m_subjectHeight = 0;
-    COLORREF m_statusColors[4] = {}; // free, busy, tentative, out of office
-    COLORREF m_dueColors[3] = {};    // regular, overdue, undated
+    int m_textHeight = 0, m_subjectHeight = 0; // one line in those fonts
+    COLORREF m_statusColors[4] = {};           // free, tentative, busy, out of office
+    COLORREF m_dueColors[3] = {};              // regular, overdue, undated
     COLORREF m_colorSelectedText = 0;
+
+    struct Measures;
+    std::unique_ptr<Measures> m_measures;
 };

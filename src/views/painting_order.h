@@ -16,6 +16,7 @@ struct CItemIdentity {
     quint32 RecordOid = 0;
     DATE Start = NO_DATE;
     bool IsNull() const { return Kind == 0; }
+    bool IsSameItem(const CItemIdentity& other) const; // whatever its start
     static CItemIdentity Of(const CPimItem& item);
     bool operator==(const CItemIdentity&) const = default;
 };
@@ -49,6 +50,10 @@ public:
     int IndexOf(const CPaintingOrderItem* entry) const; // -1 when not in the list
     // The row with this identity; a changed start still finds the same item.
     CPaintingOrderItem* Find(const CItemIdentity& identity) const;
+    // With tops and bottoms written: the row whose top and bottom enclose y, both included; null
+    // between rows, which a separator parts.
+    CPaintingOrderItem* RowAt(int y) const;
+    int FirstReaching(int y) const; // index of the first row that ends below y; the count without
     auto begin() const { return m_entries.begin(); }
     auto end() const { return m_entries.end(); }
 

@@ -1,0 +1,161 @@
+#include "views/calendar_view.h"
+#include "drawing/screen_metrics.h"
+#include "pim/pim_store.h"
+#include "settings/settings.h"
+#include "settings/title_formats.h"
+#include "touch/device_pixels.h"
+#include "touch/touch_navigator.h"
+#include "touch/virtual_keys.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+namespace
+{
+constexpr int kWheelNotch = 120;
+constexpr int kWheelStep = 60;         // design pixels of one notch
+constexpr int kDefaultTitleFormat = 1; // when the stored index is none of the table's
+} // namespace
+
+CCalendarView::CCalendarView(IViewHost& host, QWidget* parent) : QWidget(parent), m_host(host)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+CCalendarView::~CCalendarView() = default;
+
+// ---- what most views leave as it is
+
+bool CCalendarView::FillMenu(QMenu&) { return false; }
+
+bool CCalendarView::FillTouchMenu(CTouchMenu&) { return false; }
+
+void CCalendarView::FillSoftKeys(CSoftKeyBar&) {}
+
+void CCalendarView::RebuildSoftKeys(CSoftKeyBar&) {}
+
+void CCalendarView::GetViewButtonText(QString&, QString&) const {}
+
+void CCalendarView::MoveDate(int) {}
+
+bool CCalendarView::OnKey(int) { return false; }
+
+void CCalendarView::SetCursorDate(DATE date)
+{
+    const int day = DayNumber(date);
+    PimStore().LoadRange(day, day, day);
+}
+
+// ---- selection and title
+
+CPimRecord* CCalendarView::GetSelectedItem() const { return m_selected ? m_selected->GetItem() : nullptr; }
+
+CItemIdentity CCalendarView::SelectedIdentity() const { return m_selected ? m_selected->m_identity : CItemIdentity(); }
+
+int CCalendarView::SelectedDay() const { return m_selected ? m_selected->m_date : 0; }
+
+void CCalendarView::SetTitle(const QString& title)
+{
+    m_title = title;
+    m_host.UpdateTitle();
+}
+
+QString CCalendarView::GetCursorDateText() const
+{
+    const DATE cursor = PimStore().CursorDate();
+    QString text;
+    if (cursor != NO_DATE &&
+        !FormatViewTitle(kDailyTitleFormats, g_Settings.DailyView.ViewTitleFormat, cursor, NO_DATE, &text))
+        FormatViewTitle(kDailyTitleFormats, kDefaultTitleFormat, cursor, NO_DATE, &text);
+    return text;
+}
+
+// ---- paint
+
+QSize CCalendarView::SurfaceSize() const { return ToSurface(size(), m_factor); }
+
+QImage CCalendarView::Snapshot()
+{
+    QImage picture(SurfaceSize(), QImage::Format_RGB32);
+    if (picture.isNull())
+        return picture;
+    picture.fill(Qt::black);
+    QPainter dc(&picture);
+    PaintView(dc, picture.size());
+    return picture;
+}
+
+void CCalendarView::paintEvent(QPaintEvent*)
+{
+    const int factor = SurfaceFactor(this);
+    if (factor != m_factor) {
+        m_factor = factor;
+        if (m_created)
+            OnResize();
+    }
+    QPainter window(this);
+    if (!m_created)
+        return window.fillRect(rect(), Qt::black);
+    if (devicePixelRatioF() == m_factor) {
+        // Straight into the window's own buffer, which nobody sees before the paint is over.
+        window.scale(1.0 / m_factor, 1.0 / m_factor);
+        PaintView(window, SurfaceSize());
+    } else {
+        BlitSurface(window, Snapshot(), {0, 0}, m_factor);
+    }
+}
+
+void CCalendarView::resizeEvent(QResizeEvent*)
+{
+    m_factor = SurfaceFactor(this);
+    if (m_created)
+        OnResize();
+}
+
+// ---- input
+
+void CCalendarView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        OnLButtonDown(ToSurface(event->position(), m_factor));
+}
+
+void CCalendarView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() & Qt::LeftButton)
+        OnMouseMove(ToSurface(event->position(), m_factor));
+}
+
+void CCalendarView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        OnLButtonUp(ToSurface(event->position(), m_factor));
+}
+
+void CCalendarView::wheelEvent(QWheelEvent* event)
+{
+    CTouchNavigator* navigator = Navigator();
+    if (!navigator)
+        return;
+    const int distance = event->hasPixelDelta() ? event->pixelDelta().y() * m_factor
+                                                : event->angleDelta().y() * D(kWheelStep) / kWheelNotch;
+    navigator->ScrollBy(distance);
+    event->accept();
+}
+
+void CCalendarView::keyPressEvent(QKeyEvent* event)
+{
+    const int key = VirtualKeyOf(*event);
+    event->setAccepted(key == kKeyF1 || key == kKeyF2 || (key != kKeyNone && OnKey(key)));
+}
+
+void CCalendarView::keyReleaseEvent(QKeyEvent* event)
+{
+    const int key = VirtualKeyOf(*event);
+    event->setAccepted((key == kKeyF1 || key == kKeyF2) && !event->isAutoRepeat());
+    if (event->isAccepted())
+        m_host.PressSoftKey(key);
+}

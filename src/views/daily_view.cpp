@@ -1,0 +1,499 @@
+#include "views/daily_view.h"
+#include "drawing/image_store.h"
+#include "drawing/paint.h"
+#include "drawing/screen_metrics.h"
+#include "drawing/text.h"
+#include "pim/pim_store.h"
+#include "settings/settings.h"
+#include "touch/command_ids.h"
+#include "touch/virtual_keys.h"
+#include "touch/wait_cursor.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
+#include "views/view_menus.h"
+
+#include <QPainter>
+#include <QPointer>
+#include <algorithm>
+#include <cstdlib>
+
+namespace
+{
+constexpr int kFontText = 600, kFontSubject = 601, kFontSubjectPast = 602;
+constexpr int kColorText = 3001, kColorSubject = 3002, kColorLocation = 3003, kColorTime = 3004, kColorSpecial = 3005;
+constexpr int kColorBack = 3006, kColorSelection = 3007, kColorStripBack = 3009, kColorStripBorder = 3010;
+constexpr int kColorSeparator = 3011, kColorBarBack = 3012, kColorBarBorder = 3013;
+constexpr COLORREF kPopOutEdge = 0x1F0F0A;
+constexpr quint32 kShadowAlpha = 0x80;
+constexpr int kStroke = 50;         // design pixels sideways that move a day
+constexpr int kCheckBoxMargin = 4;  // design pixels around it that still hit
+constexpr int kSelectMargin = 8;    // design pixels kept visible beyond a row chosen by key
+constexpr int kDaysFromWeekStart = 34;
+enum { kBarNone, kBarOnTop, kBarAtBottom };
+constexpr int kPastInvisible = 2;
+
+// The same date in another year; 29 February becomes the 28th.
+int SameDateInYear(int day, int years)
+{
+    SystemTime time = SystemTimeOf(day);
+    time.wYear = quint16(time.wYear + years);
+    if (time.wMonth == 2 && time.wDay == 29)
+        time.wDay = 28;
+    const int there = DayNumber(DateOf(time));
+    return there ? there : day; // beyond the last year that a date can tell
+}
+} // namespace
+
+CDailyView::CDailyView(IViewHost& host, QWidget* parent) : CCalendarView(host, parent) {}
+
+CDailyView::~CDailyView() = default;
+
+// ---- data: cached days -> rows
+
+void CDailyView::ForgetRows()
+{
+    m_rowCache.Clear();
+    m_selected = nullptr;
+    m_rows.Clear();
+    m_timelineDay = CTimelineDay();
+    m_dirty = true;
+}
+
+void CDailyView::BuildRows()
+{
+    ForgetRows();
+    const DATE cursor = PimStore().CursorDate();
+    CDayItems* day = cursor == NO_DATE ? nullptr : PimStore().FindDay(DayNumber(cursor));
+    if (!day)
+        return;
+    for (const auto& appointment : day->Appointments) {
+        if (!appointment->Past || g_Settings.DailyView.PastAppointments != kPastInvisible)
+            AddRow(*appointment, day->Day);
+    }
+    if (g_Settings.Tasks.IncludeInCalendar) {
+        for (const auto& task : day->Tasks)
+            AddRow(*task, day->Day);
+    }
+    for (size_t n = 0; n < m_timelineDay.Slots.size(); ++n)
+        m_timelineDay.Slots[n] = {day->HourSlots[n].ItemId, day->HourSlots[n].Color};
+    m_timelineDay.AppointmentCount = day->AppointmentCount;
+    m_timelineDay.TaskCount = day->TaskCount;
+}
+
+void CDailyView::AddRow(CPimItem& item, int day)
+{
+    item.LayoutTop = item.LayoutBottom = 0;
+    if (item.Visible)
+        m_rows.InsertInOrder(std::make_unique<CPaintingOrderItem>(nullptr, &item, day, m_rows.GetCount()));
+}
+
+void CDailyView::Select(CPaintingOrderItem* row)
+{
+    if (row != m_selected)
+        m_rowCache.DropSelected();
+    m_selected = row;
+    if (m_timeline) {
+        m_timeline->SetSelected(row ? row->m_identity.ItemId : 0);
+        update();
+    }
+}
+
+void CDailyView::OnDataChanged(int, quint32, quint32)
+{
+    const CItemIdentity selected = SelectedIdentity();
+    BuildRows();
+    CPaintingOrderItem* row = m_rows.Find(selected);
+    Select(row ? row : m_rows.GetAt(0));
+    update();
+    m_touch.Redraw(true);
+}
+
+void CDailyView::Refresh()
+{
+    m_tapPoint = {-1, -1};
+    const DATE cursor = PimStore().CursorDate();
+    // Another view may have let this day go from the cache.
+    if (cursor != NO_DATE && !PimStore().FindDay(DayNumber(cursor)))
+        PimStore().LoadRange(cursor, DayNumber(cursor), DayNumber(cursor));
+    BuildRows();
+    Select(m_rows.GetAt(0));
+    update();
+    if (!m_touch.SetScroll(0, 0))
+        m_touch.Redraw(true);
+    SetTitle(GetCursorDateText());
+}
+
+// ---- lifecycle
+
+void CDailyView::OnCreate()
+{
+    m_created = true;
+    if (PimStore().CursorDate() == NO_DATE)
+        PimStore().LoadRange(GetToday(), GetToday(), GetToday());
+    BuildRows();
+    PrepareLook();
+    Select(m_rows.GetAt(0));
+    const QRect list = ListArea();
+    m_touch.Attach(0, this, this, list.x(), list.y(), list.width(), list.height());
+}
+
+void CDailyView::PrepareLook()
+{
+    m_colorText = g_Settings.ResolveColor(kColorText);
+    m_colorBack = g_Settings.ResolveColor(kColorBack);
+    m_colorSelection = g_Settings.ResolveColor(kColorSelection);
+    m_colorSeparator = g_Settings.ResolveColor(kColorSeparator);
+    const auto& settings = g_Settings.DailyView;
+    m_rowPainter.InitRowPainter({settings.SingleLine == 1, settings.OnlyStartTime == 1, settings.IncludeLeadingRects,
+                                 kFontText, kFontSubject, kFontSubjectPast, g_Settings.ResolveColor(kColorSubject),
+                                 g_Settings.ResolveColor(kColorTime), g_Settings.ResolveColor(kColorLocation),
+                                 g_Settings.ResolveColor(kColorSpecial)});
+    m_timeline.reset();
+    if (settings.IncludeTimelines != kBarNone) {
+        m_timeline = std::make_unique<CTimelineBar>(
+            CTimelineColors{g_Settings.ResolveColor(kColorStripBack), g_Settings.ResolveColor(kColorStripBorder),
+                            g_Settings.ResolveColor(kColorBarBack), kColorWhite, 50,
+                            g_Settings.ResolveColor(kColorBarBorder)});
+        m_timeline->SetSelected(m_selected ? m_selected->m_identity.ItemId : 0);
+    }
+    m_rowCache.Clear();
+    m_dirty = true;
+}
+
+void CDailyView::OnResize()
+{
+    PrepareLook();
+    if (!m_touch.SetArea(ListArea()))
+        m_touch.Redraw(true);
+    update();
+}
+
+void CDailyView::OnDeactivate() { m_rowCache.Clear(); }
+
+void CDailyView::OnClockChanged(int) { GoToToday(); }
+
+// ---- layout: pure arithmetic, no surface
+
+QRect CDailyView::TimelineArea() const
+{
+    if (!m_timeline)
+        return {};
+    const QSize size = SurfaceSize();
+    const int height = CTimelineBar::Height();
+    return {0, g_Settings.DailyView.IncludeTimelines == kBarAtBottom ? size.height() - height : 0, size.width(), height};
+}
+
+QRect CDailyView::ListArea() const
+{
+    const QRect client(QPoint(0, 0), SurfaceSize());
+    if (!m_timeline)
+        return client;
+    const int bar = CTimelineBar::Height();
+    return g_Settings.DailyView.IncludeTimelines == kBarAtBottom ? client.adjusted(0, 0, 0, -bar)
+                                                                 : client.adjusted(0, bar, 0, 0);
+}
+
+int CDailyView::RowPad() const { return D(2 * std::clamp(g_Settings.DailyView.PopOut, 0, 3)); }
+
+QRect CDailyView::RowRect(const CPaintingOrderItem& row) const
+{
+    return {0, row.m_top, m_rowWidth, row.m_bottom - row.m_top};
+}
+
+// Every row gets its place at once, by measuring, so that the content's height never jumps.
+void CDailyView::LayOutRows(int width)
+{
+    m_rowCache.Clear();
+    m_rowWidth = width;
+    int top = 0;
+    for (const auto& row : m_rows) {
+        row->m_top = top;
+        row->m_bottom = top + PaintItem(nullptr, *row, {0, top, width, 0}, false);
+        top = row->m_bottom + D(1);
+    }
+    // The last row's shadow needs room, too.
+    m_contentHeight = m_rows.IsEmpty() ? 0 : top + D(2) + (RowPad() ? RowPad() + D(2) : 0);
+    m_dirty = false;
+}
+
+CPaintingOrderItem* CDailyView::RowAt(int, int y) const
+{
+    if (m_selected && y >= m_selected->m_top - RowPad() && y <= m_selected->m_bottom + RowPad())
+        return m_selected;
+    return m_rows.RowAt(y);
+}
+
+bool CDailyView::HitsCheckBox(const CPaintingOrderItem& row, QPoint at) const
+{
+    const int margin = D(kCheckBoxMargin);
+    return row.m_identity.Kind == kKindTask &&
+           row.m_checkBox.translated(0, row.m_top).adjusted(-margin, -margin, margin, margin).contains(at);
+}
+
+// ---- paint: inside the visible band only
+
+void CDailyView::PaintView(QPainter& dc, QSize size)
+{
+    if (m_timeline) {
+        const QRect bar = TimelineArea();
+        m_timeline->Paint(dc, bar.x(), bar.y(), size.width(), m_timelineDay);
+    }
+    m_touch.PaintTo(dc, m_touch.Area().x(), m_touch.Area().y());
+}
+
+int CDailyView::RenderContent(quint32, QPainter& dc, quint32, int scroll, int width, int height)
+{
+    if (m_dirty || width != m_rowWidth)
+        LayOutRows(width);
+    if (m_rows.IsEmpty()) {
+        FillSolid(dc, {0, 0, width, height}, m_colorBack);
+        dc.setFont(g_ImageStore.Font(kFontText));
+        dc.setPen(ToQColor(m_colorText));
+        DrawText(dc, GetString(StrNoAvailableItems), QRect(0, 0, width, height),
+                 kTextCentre | kTextVCentre | kTextSingleLine | kTextNoPrefix);
+        return 0;
+    }
+    int bottom = std::clamp(scroll, 0, height); // rows are opaque: the ground shows beside them only
+    FillSolid(dc, {0, 0, width, bottom}, m_colorBack);
+    for (int n = m_rows.FirstReaching(-scroll - D(1)); n < m_rows.GetCount(); ++n) {
+        CPaintingOrderItem& row = *m_rows.GetAt(n);
+        if (row.m_top + scroll >= height)
+            break;
+        if (&row != m_selected) // that one is painted last and covers its place
+            PaintRow(dc, row, scroll);
+        bottom = row.m_bottom + scroll + D(1);
+        FillSolid(dc, {0, bottom - D(1), width, D(1)}, m_colorSeparator);
+    }
+    FillSolid(dc, {0, bottom, width, height - bottom}, m_colorBack);
+    if (m_selected)
+        PaintSelectedRow(dc, *m_selected, scroll);
+    m_rowCache.Purge(-scroll - height, -scroll + 2 * height);
+    return m_contentHeight;
+}
+
+// Paints or, without a painter, measures.
+int CDailyView::PaintItem(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected)
+{
+    switch (row.m_identity.Kind) {
+    case kKindAppointment:
+        return m_rowPainter.PaintAppointmentRow(dc, rect, static_cast<CAppointment&>(*row.m_item), row.m_date,
+                                                g_Settings.DailyView.IncludeLocation == 1, selected);
+    case kKindTask: {
+        QRect box;
+        const int height = m_rowPainter.PaintTaskRow(dc, rect, static_cast<CTask&>(*row.m_item), selected, &box);
+        row.m_checkBox = box.translated(0, -rect.y());
+        return height;
+    }
+    default:
+        return m_rowPainter.PaintSpecialRow(dc, rect, static_cast<CAppointment&>(*row.m_item), selected);
+    }
+}
+
+QImage CDailyView::RowPicture(CPaintingOrderItem& row)
+{
+    const QRect place(QPoint(0, 0), RowRect(row).size());
+    QImage picture(place.size(), QImage::Format_RGB32);
+    QPainter dc(&picture);
+    FillSolid(dc, place, m_colorBack);
+    PaintItem(&dc, row, place, false);
+    return picture;
+}
+
+// With pop-out the picture is the grown row with its edges; the text stays where it was.
+QImage CDailyView::SelectedPicture(CPaintingOrderItem& row)
+{
+    const int pad = RowPad();
+    const QRect place(0, pad, m_rowWidth, RowRect(row).height());
+    QRect grown = place.adjusted(0, -pad, 0, pad);
+    QImage picture(grown.size(), QImage::Format_RGB32);
+    QPainter dc(&picture);
+    if (pad) {
+        FillSolid(dc, grown, kPopOutEdge);
+        grown.adjust(0, D(1), 0, -D(1));
+    }
+    DrawSelectionBackground(dc, grown, m_colorSelection);
+    PaintItem(&dc, row, place, true);
+    return picture;
+}
+
+void CDailyView::PaintRow(QPainter& dc, CPaintingOrderItem& row, int scroll)
+{
+    const QImage* picture = m_rowCache.Find(&row);
+    if (!picture) {
+        m_rowCache.Put(&row, RowPicture(row));
+        picture = m_rowCache.Find(&row);
+    }
+    const auto mode = dc.compositionMode();
+    dc.setCompositionMode(QPainter::CompositionMode_Source);
+    dc.drawImage(0, row.m_top + scroll, *picture);
+    dc.setCompositionMode(mode);
+}
+
+void CDailyView::PaintSelectedRow(QPainter& dc, CPaintingOrderItem& row, int scroll)
+{
+    const int pad = RowPad();
+    if (row.m_bottom + pad + D(2) + scroll <= 0 || row.m_top - pad + scroll >= m_touch.Height())
+        return;
+    if (!m_rowCache.Selected())
+        m_rowCache.PutSelected(SelectedPicture(row));
+    const QImage& picture = *m_rowCache.Selected();
+    dc.drawImage(0, row.m_top - pad + scroll, picture);
+    if (pad)
+        BlendRect(dc, {S(2), row.m_bottom + pad + scroll, m_rowWidth - D(2), D(2)}, kColorBlack, kShadowAlpha);
+}
+
+// ---- input: hit -> command
+
+bool CDailyView::OnPress(quint32, int x, int y)
+{
+    Select(RowAt(x, y));
+    return true;
+}
+
+void CDailyView::OnDragStart(quint32) {}
+
+void CDailyView::OnTap(quint32, int x, int y)
+{
+    Select(RowAt(x, y));
+    if (!m_selected)
+        return;
+    if (HitsCheckBox(*m_selected, {x, y}))
+        m_host.SendCommand(CmdToggleTask);
+    else if (m_selected->m_identity.Kind == kKindAppointment || m_selected->m_identity.Kind == kKindTask)
+        RunItemMenu();
+}
+
+void CDailyView::RunItemMenu()
+{
+    m_tapPoint = {-1, -1};
+    CTouchMenu menu(m_selected->m_item->Subject);
+    AddItemMenuRows(menu, *m_selected->m_item);
+    if (menu.GetRowCount() == 0)
+        return;
+    const CItemIdentity chosenFor = SelectedIdentity();
+    const QPointer<QWidget> alive(this);
+    const int command = menu.Run(this);
+    // Meanwhile the item may have gone, and the selection with it: the command was not meant for another.
+    if (alive && command != CmdNone && SelectedIdentity().IsSameItem(chosenFor))
+        m_host.SendCommand(command);
+}
+
+bool CDailyView::FillTouchMenu(CTouchMenu& menu)
+{
+    AddViewMenuRows(menu, m_selected ? m_selected->m_item : nullptr);
+    return true;
+}
+
+bool CDailyView::FillMenu(QMenu& menu)
+{
+    AddViewMenuRows(menu, m_selected ? m_selected->m_item : nullptr);
+    return true;
+}
+
+void CDailyView::OnLButtonDown(QPoint at)
+{
+    m_tapPoint = at;
+    m_touch.OnLButtonDown(at.x(), at.y());
+}
+
+void CDailyView::OnMouseMove(QPoint at)
+{
+    if (!StrokeSideways(at))
+        m_touch.OnMouseMove(at.x(), at.y());
+}
+
+void CDailyView::OnLButtonUp(QPoint at)
+{
+    m_tapPoint = {-1, -1};
+    m_touch.OnLButtonUp(at.x(), at.y());
+}
+
+// A stroke to the left brings the next day, like turning a page. A thumb's arc while it scrolls
+// is none: it goes up or down as far as sideways.
+bool CDailyView::StrokeSideways(QPoint at)
+{
+    const QPoint way = at - m_tapPoint;
+    if (m_tapPoint.x() < 0 || std::abs(way.x()) < D(kStroke) || std::abs(way.x()) <= 2 * std::abs(way.y()))
+        return false;
+    m_tapPoint = {-1, -1};
+    m_touch.CancelTouch();
+    const bool forward = (way.x() < 0) != (g_Settings.General.TouchNavInvert == 1);
+    MoveDate(forward ? 1 : -1);
+    return true;
+}
+
+bool CDailyView::OnKey(int key)
+{
+    const int day = DayNumber(PimStore().CursorDate());
+    switch (key) {
+    case kKeyLeft:
+        return GoToDay(day - 1);
+    case kKeyRight:
+        return GoToDay(day + 1);
+    case kKeyUp:
+        SelectNeighbour(-1);
+        return true;
+    case kKeyDown:
+        SelectNeighbour(1);
+        return true;
+    case '1':
+        return GoToDay(GetSameDayPrevMonth(day));
+    case '2':
+        GoToToday();
+        return true;
+    case '3':
+        return GoToDay(GetSameDayNextMonth(day));
+    case '4':
+        return GoToDay(SameDateInYear(day, -1));
+    case '6':
+        return GoToDay(SameDateInYear(day, 1));
+    default:
+        return false;
+    }
+}
+
+void CDailyView::SelectNeighbour(int direction)
+{
+    const CWaitCursor wait;
+    if (m_rows.IsEmpty())
+        return;
+    const int last = m_rows.GetCount() - 1;
+    const int from = m_selected ? m_rows.IndexOf(m_selected) + direction : (direction > 0 ? 0 : last);
+    CPaintingOrderItem* row = m_rows.GetAt(std::clamp(from, 0, last));
+    const bool changed = row != m_selected;
+    Select(row);
+    m_touch.EnsureVisible({0, direction > 0 ? row->m_bottom + D(kSelectMargin) : row->m_top - D(kSelectMargin)});
+    if (changed)
+        m_touch.Redraw(true);
+}
+
+bool CDailyView::GoToDay(int day)
+{
+    if (SystemTimeOf(day).wYear == 0)
+        return true; // past the last day that a date can tell
+    const CWaitCursor wait;
+    PimStore().LoadRange(day, day, day);
+    Refresh();
+    return true;
+}
+
+void CDailyView::MoveDate(int delta)
+{
+    if (delta == 0)
+        GoToToday();
+    else
+        GoToDay(DayNumber(PimStore().CursorDate()) + delta);
+}
+
+void CDailyView::GoToToday()
+{
+    const CWaitCursor wait;
+    const int today = GetToday();
+    SystemTime first, last;
+    GetWeekBounds(SystemTimeOf(today), &first, &last, g_Settings.MonthView.StartDay);
+    const int firstDay = DayNumber(DateOf(first));
+    ForgetRows();
+    PimStore().Clear();
+    PimStore().LoadRange(today, firstDay, firstDay + kDaysFromWeekStart);
+    Refresh();
+}

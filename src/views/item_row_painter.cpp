@@ -1,0 +1,227 @@
+#include "views/item_row_painter.h"
+#include "drawing/image_store.h"
+#include "drawing/paint.h"
+#include "drawing/picture_ids.h"
+#include "drawing/screen_metrics.h"
+#include "drawing/text.h"
+#include "pim/pim_store.h"
+#include "settings/item_text.h"
+#include "settings/settings.h"
+#include "views/item_row_parts.h"
+
+#include <QPainter>
+#include <algorithm>
+
+namespace
+{
+constexpr int kMostIcons = 5;
+constexpr int kIconsOfALine = 2;
+constexpr int kColorSelectedText = 503;
+// By busy status: free, tentative, busy, out of office.
+constexpr int kStatusColorIds[] = {1001, 1003, 1002, 1004};
+constexpr int kDueColorIds[] = {2001, 2002, 2003};
+enum TextColors { kDefaultColor, kCategoryColor, kStatusColor };
+
+struct StatusIcon {
+    int ImageId;
+    bool (*Shows)(const CPimItem& item);
+};
+
+const CAppointment* AsAppointment(const CPimItem& item)
+{
+    return item.GetKind() == kKindAppointment ? static_cast<const CAppointment*>(&item) : nullptr;
+}
+
+// From right to left.
+constexpr StatusIcon kStatusIcons[] = {
+    {PictureReminder, [](const CPimItem& item) { return item.ReminderSet; }},
+    {PicturePrivate, [](const CPimItem& item) { return item.IsPrivate(); }},
+    {PictureRecurring, [](const CPimItem& item) { return item.IsRecurring(); }},
+    {PictureNote, [](const CPimItem& item) { return item.HasNote; }},
+    {PictureAttendees,
+     [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->HasAttendees; }},
+    {PictureConflict, [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->Conflict; }},
+};
+} // namespace
+
+CItemRowPainter::CItemRowPainter() : m_measures(std::make_unique<Measures>()) {}
+
+CItemRowPainter::~CItemRowPainter() = default;
+
+void CItemRowPainter::InitRowPainter(const CRowPainterSetup& setup)
+{
+    m_setup = setup;
+    m_measures = std::make_unique<Measures>();
+    m_textHeight = LineHeight(g_ImageStore.Font(setup.FontText));
+    m_subjectHeight = LineHeight(g_ImageStore.Font(setup.FontSubject));
+    for (int n = 0; n < 4; ++n)
+        m_statusColors[n] = g_Settings.ResolveColor(kStatusColorIds[n]);
+    for (int n = 0; n < 3; ++n)
+        m_dueColors[n] = g_Settings.ResolveColor(kDueColorIds[n]);
+    m_colorSelectedText = g_Settings.ResolveColor(kColorSelectedText);
+    m_timeColumnWidth = 0;
+    if (setup.SingleLine) {
+        const QString widest(setup.OnlyStartTime ? 9 : 13, u'0');
+        m_timeColumnWidth = MeasureLineWidth(widest, setup.FontText) + S(4) + (setup.LeadingRects ? S(6) : 0);
+    }
+}
+
+COLORREF CItemRowPainter::StatusColor(int busyStatus) const
+{
+    return busyStatus >= 0 && busyStatus < 4 ? m_statusColors[busyStatus] : kColorNotSet;
+}
+
+COLORREF CItemRowPainter::SubjectColor(const CAppointment& item) const
+{
+    COLORREF color = kColorNotSet;
+    if (g_Settings.General.TextColorsToUse == kCategoryColor)
+        color = PimStore().GetItemColor(item);
+    else if (g_Settings.General.TextColorsToUse == kStatusColor)
+        color = StatusColor(item.BusyStatus);
+    return color == kColorNotSet ? m_setup.Subject : color;
+}
+
+// ---- parts of a row
+
+CItemRowPainter::Row CItemRowPainter::BeginRow(QPainter* dc, const QRect& rect, bool selected)
+{
+    Row row{dc, rect, rect.adjusted(S(4), 0, -S(4), 0), rect.x() + rect.width() - S(3), m_subjectHeight, S(13), selected};
+    const CAlphaImage& reference = g_ImageStore.Image(PicturePriorityHigh);
+    if (m_setup.SingleLine && reference.IsValid()) {
+        row.LineHeight = std::max(reference.Height(), m_subjectHeight + D(3));
+        row.IconColumn = reference.Width();
+    }
+    return row;
+}
+
+QRect CItemRowPainter::TakeLeadingRect(Row& row) const
+{
+    if (!m_setup.LeadingRects)
+        return {};
+    const QRect leading(row.Rest.x(), row.Rest.y() + D(2), S(7), 0);
+    row.Rest.setLeft(row.Rest.x() + S(6));
+    return leading;
+}
+
+void CItemRowPainter::FillLeadingRect(const Row& row, QRect rect, int height, COLORREF color) const
+{
+    if (!row.Dc || rect.width() <= 0 || color == kColorNotSet)
+        return;
+    rect.setHeight(row.Bottom(height) - D(2) - rect.y());
+    FillSolid(*row.Dc, rect, color);
+}
+
+CRowIcons CItemRowPainter::LayOutStatusIcons(const CPimItem& item, int x, int y, int lineHeight) const
+{
+    CRowIcons result;
+    result.Bottom = y;
+    int at = x;
+    for (const StatusIcon& icon : kStatusIcons) {
+        const CAlphaImage& image = g_ImageStore.Image(icon.ImageId);
+        if (!image.IsValid() || !icon.Shows(item) || int(result.Icons.size()) == kMostIcons)
+            continue;
+        if (!m_setup.SingleLine && result.Icons.size() == kIconsOfALine) {
+            at = x;
+            y += lineHeight + D(2);
+        }
+        const int top = y + (lineHeight - image.Height()) / 2;
+        result.Icons.push_back({icon.ImageId, {at - image.Width(), top, image.Width(), image.Height()}});
+        at -= image.Width() + S(2);
+        result.Width = std::max(result.Width, x - at);
+        result.Bottom = y + lineHeight + D(2);
+    }
+    return result;
+}
+
+void CItemRowPainter::DrawStatusIcons(const Row& row, const CRowIcons& icons) const
+{
+    if (!row.Dc)
+        return;
+    for (const CRowIcon& icon : icons.Icons)
+        DrawImage(g_ImageStore.Image(icon.ImageId), *row.Dc, icon.Rect.x(), icon.Rect.y());
+}
+
+void CItemRowPainter::DrawAllDayImage(Row& row)
+{
+    const CAlphaImage& image = g_ImageStore.Image(PictureAllDay);
+    if (m_setup.SingleLine)
+        row.Rest.setLeft(row.Full.x() + m_timeColumnWidth - S(12));
+    if (row.Dc)
+        DrawImage(image, *row.Dc, row.Rest.x(), row.Rest.y() + (row.LineHeight - image.Height()) / 2);
+    row.Rest.setLeft(row.Rest.x() + image.Width() + S(2));
+}
+
+// In the column of the single-line layout, or on a line of its own, whose height is the result.
+int CItemRowPainter::DrawTimeText(Row& row, const CAppointment& item, int day)
+{
+    if (item.AllDay)
+        return 0;
+    const bool inColumn = m_setup.SingleLine;
+    const QString text =
+        FormatTimeRange(item.Start, item.End, day, inColumn, m_setup.OnlyStartTime, item.EndsPreviousDay);
+    if (!row.Dc)
+        return text.isEmpty() ? 0 : m_textHeight;
+    row.Dc->setFont(g_ImageStore.Font(m_setup.FontText));
+    row.Dc->setPen(ToQColor(row.Selected ? m_colorSelectedText : m_setup.Time));
+    QRect box(row.Rest.x(), row.Rest.y(), row.Rest.width(), inColumn ? row.LineHeight : m_textHeight);
+    if (inColumn)
+        box.setWidth(row.Full.x() + m_timeColumnWidth - box.x());
+    const unsigned place = inColumn ? kTextRight | kTextVCentre : 0u;
+    return DrawText(*row.Dc, text, box, kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | place);
+}
+
+// ---- appointments
+
+int CItemRowPainter::PaintAppointmentRow(QPainter* dc, const QRect& rect, const CAppointment& item, int day,
+                                         bool includeLocation, bool selected)
+{
+    Row row = BeginRow(dc, rect, selected);
+    const QRect leading = TakeLeadingRect(row);
+    if (item.AllDay)
+        DrawAllDayImage(row);
+    const int height = m_setup.SingleLine ? PaintAppointmentLine(row, item, day, includeLocation)
+                                          : PaintAppointmentLines(row, item, day, includeLocation);
+    if (m_setup.LeadingRects == 1)
+        FillLeadingRect(row, leading, height, PimStore().GetItemColor(item));
+    else if (m_setup.LeadingRects)
+        FillLeadingRect(row, leading, height, StatusColor(item.BusyStatus));
+    return height;
+}
+
+int CItemRowPainter::PaintAppointmentLines(Row& row, const CAppointment& item, int day, bool includeLocation)
+{
+    const CRowIcons icons = LayOutStatusIcons(item, row.IconX, row.Full.y() + D(2), row.LineHeight);
+    // A third icon on the second line must not lie on the text.
+    row.Rest.setWidth(row.Rest.width() - std::max(2 * row.IconColumn + S(2), icons.Width - S(1)));
+    const int font = item.Past ? m_setup.FontSubjectPast : m_setup.FontSubject;
+    const auto moveDown = [&row](int height) { row.Rest.moveTop(row.Rest.y() + height); };
+    moveDown(DrawRowText(row, item.Subject, row.Rest, SubjectColor(item), font));
+    if (includeLocation)
+        moveDown(DrawRowText(row, item.Location, row.Rest, m_setup.Location, m_setup.FontText));
+    moveDown(DrawTimeText(row, item, day));
+    DrawStatusIcons(row, icons);
+    // An item without any text still is a row that a finger can find.
+    return std::max({row.Rest.y(), icons.Icons.empty() ? 0 : icons.Bottom, row.Bottom(row.LineHeight)}) - row.Full.y();
+}
+
+int CItemRowPainter::PaintAppointmentLine(Row& row, const CAppointment& item, int day, bool includeLocation)
+{
+    row.Rest.setHeight(row.LineHeight);
+    if (!item.AllDay) {
+        DrawTimeText(row, item, day);
+        row.Rest.setLeft(row.Full.x() + m_timeColumnWidth + S(4));
+    } else {
+        row.Rest.setLeft(row.Rest.x() + S(2));
+    }
+    const CRowIcons icons = LayOutStatusIcons(item, row.IconX, row.Full.y(), row.LineHeight);
+    DrawStatusIcons(row, icons);
+    row.Rest.setWidth(row.Rest.width() - icons.Width);
+    const int font = item.Past ? m_setup.FontSubjectPast : m_setup.FontSubject;
+    DrawRowText(row, item.Subject, row.Rest, SubjectColor(item), font);
+    if (row.Dc && includeLocation && !item.Location.isEmpty()) {
+        const int used = item.Subject.isEmpty() ? 0 : MeasureLineWidth(item.Subject, font) + S(3);
+        const QRect behind = row.Rest.adjusted(used, S(1), 0, S(1));
+        DrawRowText(row, u'(' + item.Location + u')', behind, m_setup.Location, m_setup.FontText);
+    }
+    return std::max(row.LineHeight, m_subjectHeight);
+}
