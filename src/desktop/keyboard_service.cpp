@@ -14,6 +14,11 @@ const QString kService = QStringLiteral("sm.puri.OSK0");
 const QString kObject = QStringLiteral("/sm/puri/OSK0");
 constexpr int kAnswerMs = 300; // a keyboard that hangs must not take the calendar with it
 
+QInputMethod* InputMethod()
+{
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::inputMethod() : nullptr;
+}
+
 bool HasService(const QDBusConnection& bus)
 {
     if (!bus.isConnected())
@@ -28,8 +33,8 @@ bool HasService(const QDBusConnection& bus)
 
 void ShowOnScreenKeyboard(bool show)
 {
-    if (qGuiApp)
-        qGuiApp->inputMethod()->setVisible(show);
+    if (QInputMethod* input = InputMethod())
+        input->setVisible(show);
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!HasService(bus))
         return;
@@ -41,7 +46,7 @@ void ShowOnScreenKeyboard(bool show)
 
 bool IsOnScreenKeyboardShown()
 {
-    if (qGuiApp && qGuiApp->inputMethod()->isVisible())
+    if (QInputMethod* input = InputMethod(); input && input->isVisible())
         return true;
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!HasService(bus))

@@ -24,7 +24,8 @@ bool Open(const QByteArray& address)
                                      : QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (!opener.isEmpty())
         return Start(opener, {QString::fromLatin1(address)});
-    return qGuiApp && QDesktopServices::openUrl(QUrl::fromEncoded(address));
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance())
+           && QDesktopServices::openUrl(QUrl::fromEncoded(address));
 }
 } // namespace
 
