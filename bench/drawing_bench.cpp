@@ -1,5 +1,6 @@
 // Our exact blend against QPainter's own SourceOver, on the same pixels: a whole surface of a
-// handheld of old (480 x 640) and of today (1080 x 2160).
+// handheld of old (480 x 640) and of today (1080 x 2160). Then the cost of a line of text.
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <benchmark/benchmark.h>
@@ -8,6 +9,7 @@
 #include "drawing/alpha_image.h"
 #include "drawing/paint.h"
 #include "drawing/surface.h"
+#include "drawing/text.h"
 
 namespace
 {
@@ -82,6 +84,32 @@ void CopySurface(benchmark::State& state)
     benchmark::DoNotOptimize(to.constBits());
 }
 
+enum TextWay : int { WayNew, WayKept, WayElided, WayWrapped, WayPainter };
+
+void TextLine(benchmark::State& state)
+{
+    const auto way = TextWay(state.range(0));
+    COffscreenSurface surface(460, 64);
+    QFont font;
+    font.setFamilies({QStringLiteral("DejaVu Sans Condensed")});
+    font.setPixelSize(16);
+    surface.Dc().setFont(font);
+    const QRect rect(0, 0, way == WayElided ? 120 : way == WayWrapped ? 160 : 460, 64);
+    const unsigned flags = way == WayWrapped ? 0x810 : 0x40824;
+    int i = 0;
+    for (auto _ : state) {
+        // Texts that differ are not found among the kept ones.
+        QString text = QStringLiteral("Meet with the board about budget 0000");
+        if (way != WayKept)
+            text.replace(33, 4, QString::number(1000 + ++i % 9000));
+        if (way == WayPainter)
+            surface.Dc().drawText(rect, Qt::AlignVCenter | Qt::TextSingleLine, text);
+        else
+            DrawText(surface.Dc(), text, rect, flags);
+    }
+    benchmark::DoNotOptimize(surface.Image().constBits());
+}
+
 void Sizes(benchmark::internal::Benchmark* bench)
 {
     bench->Args({480, 640})->Args({1080, 2160})->Unit(benchmark::kMicrosecond);
@@ -93,4 +121,18 @@ BENCHMARK(PainterDrawImage)->Apply(Sizes);
 BENCHMARK(OurBlendRect)->Apply(Sizes);
 BENCHMARK(PainterFillAlpha)->Apply(Sizes);
 BENCHMARK(CopySurface)->Apply(Sizes);
-BENCHMARK_MAIN();
+BENCHMARK(TextLine)
+    ->ArgName("new_kept_elided_wrapped_painter")
+    ->DenseRange(WayNew, WayPainter)
+    ->Unit(benchmark::kMicrosecond);
+
+int main(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

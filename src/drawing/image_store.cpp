@@ -16,14 +16,20 @@ constexpr char kRoot[] = "/pictures";
 // The library that is open now; the file stays mapped until another one takes its place.
 QString s_openLibrary;
 
+void CloseLibrary()
+{
+    if (!s_openLibrary.isEmpty())
+        QResource::unregisterResource(s_openLibrary, QLatin1String(kRoot));
+    s_openLibrary.clear();
+}
+
 bool OpenLibrary(const QString& path)
 {
     if (path == s_openLibrary)
         return true;
     if (!QFile::exists(path) || !QResource::registerResource(path, QLatin1String(kRoot)))
         return false;
-    if (!s_openLibrary.isEmpty())
-        QResource::unregisterResource(s_openLibrary, QLatin1String(kRoot));
+    CloseLibrary();
     s_openLibrary = path;
     return true;
 }
@@ -102,12 +108,10 @@ void CImageStore::Clear()
 
 QStringList ShareFolders()
 {
-    QStringList folders;
     const QString given = qEnvironmentVariable("TESSERA_SHARE");
     if (!given.isEmpty())
-        folders << given;
-    folders << QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tessera");
-    return folders;
+        return {given};
+    return {QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tessera")};
 }
 
 bool LoadResourceLibraries(const QString& installFolder)
@@ -125,5 +129,6 @@ bool LoadResourceLibraries(const QString& installFolder)
                 return true;
         }
     }
+    CloseLibrary();
     return false;
 }

@@ -34,6 +34,6 @@ extern CImageStore g_ImageStore;
 // own; the one for the other density when there is none. Empties the store. The frame calls this
 // at start and after settings changes. False when there is no library: nothing has a picture then.
 bool LoadResourceLibraries(const QString& installFolder);
-// Where the program's own read-only files lie: TESSERA_SHARE if set, then ../share/tessera beside
+// Where the program's own read-only files lie: TESSERA_SHARE if set, else ../share/tessera beside
 // the program, which is also where the build puts them.
 QStringList ShareFolders();

@@ -11,6 +11,7 @@
 namespace
 {
 constexpr int kEndless = 1 << 22; // wider than any line; small enough for the layout's fixed point
+constexpr int kRounding = 1;        // by which a layout's line can exceed its font
 constexpr size_t kKeptLayouts = 8;
 constexpr unsigned kEllipses = kTextEndEllipsis | kTextWordEllipsis;
 // The flags that change the layout; the others only place it.
@@ -67,21 +68,26 @@ QTextOption OptionFor(unsigned flags)
     return option;
 }
 
-// Lines from the top, each as high as what stands in it.
+// Lines from the top. A line of the font's own characters has the font's own height and baseline,
+// whatever the layout rounds them to; one with characters from a taller font has that font's, unless
+// it is a single line, whose baseline must not move.
 void BreakLines(CLaidOutText& text, int boxWidth)
 {
-    qreal y = 0;
+    const QFontMetrics metrics(text.font);
+    const bool singleLine = text.flags & kTextSingleLine;
+    int y = 0;
     qreal widest = 0;
     text.layout.beginLayout();
     for (QTextLine line = text.layout.createLine(); line.isValid(); line = text.layout.createLine()) {
         line.setLineWidth(boxWidth);
-        line.setPosition(QPointF(0, y));
-        y += std::ceil(line.height());
+        const bool isTall = !singleLine && line.height() > metrics.height() + kRounding;
+        line.setPosition(QPointF(0, isTall ? y : y + metrics.ascent() - line.ascent()));
+        y += isTall ? int(std::ceil(line.height())) : metrics.height();
         widest = qMax(widest, line.naturalTextWidth());
     }
     text.layout.endLayout();
     text.width = int(std::ceil(widest));
-    text.height = int(y);
+    text.height = y;
 }
 
 void LayOut(CLaidOutText& text, const QString& characters, int boxWidth)
@@ -91,9 +97,6 @@ void LayOut(CLaidOutText& text, const QString& characters, int boxWidth)
     text.layout.setTextOption(OptionFor(text.flags));
     text.layout.setCacheEnabled(true);
     BreakLines(text, boxWidth);
-    // One line keeps the font's own height, so that a character from another font moves no baseline.
-    if (text.flags & kTextSingleLine)
-        text.height = LineHeight(text.font);
 }
 
 std::list<CLaidOutText> s_kept; // the latest first
@@ -156,7 +159,6 @@ CLaidOutText& LaidOut(const QString& source, const QFont& font, int boxWidth, un
 
 void DrawLines(QPainter& dc, CLaidOutText& text, const QRect& rect, int top, unsigned flags)
 {
-    const int ascent = flags & kTextSingleLine ? QFontMetrics(text.font).ascent() : 0;
     for (int i = 0; i < text.layout.lineCount(); ++i) {
         const QTextLine line = text.layout.lineAt(i);
         const int width = int(std::ceil(line.naturalTextWidth()));
@@ -167,8 +169,7 @@ void DrawLines(QPainter& dc, CLaidOutText& text, const QRect& rect, int top, uns
             x += rect.width() - width;
         // The line itself puts right-to-left text at its right end; take that back.
         const qreal shift = line.naturalTextRect().left();
-        const qreal rise = ascent ? ascent - line.ascent() : 0;
-        line.draw(&dc, QPointF(x - shift, top + rise));
+        line.draw(&dc, QPointF(x - shift, top));
     }
 }
 
@@ -187,7 +188,8 @@ int Draw(QPainter& dc, const QString& source, QRect& rect, unsigned flags)
         else if (flags & kTextBottom)
             top += rect.height() - text.height;
     }
-    const bool overflows = text.width > rect.width() || text.height > rect.height();
+    // Descenders can reach a touch below the font's own height.
+    const bool overflows = text.width > rect.width() || text.height >= rect.height();
     if (!overflows || flags & kTextNoClip) {
         DrawLines(dc, text, rect, top, flags);
         return text.height;
