@@ -53,7 +53,7 @@ TEST_F(CWeeksTest, FourDayWeeksFromMondayAreTheInternationalOnes)
         for (QDate date(year, 1, 4); date <= QDate(year, 12, 28); date = date.addDays(1)) {
             const int week = GetWeekNumber(kFirstFourDayWeek, DayOf(date) + 0.9);
             const int wanted = date.weekNumber() + shift;
-            ASSERT_EQ(week, wanted) << date.toString().toStdString();
+            ASSERT_EQ(week, shift && wanted == 53 ? 1 : wanted) << date.toString().toStdString();
         }
     }
 }

@@ -38,7 +38,8 @@ struct ParseCase {
 };
 const ParseCase kParseCases[] = {
     {"empty", "", ""},
-    {"text before the first section", "a=1\r\n;[x\r\n", "x\\r\\n{}"},
+    {"text before the first section", "a=1\r\n;[x]\r\n", "x{}"},
+    {"section that never ends", "[x\r\na=1\r\n", ""},
     {"ignored lines before a section", "a=1\r\n[S]\r\nb=2\r\n", "S{b=2}"},
     {"blanks around the equals sign", "[S]\nKey = value\n", "S{Key=value}"},
     {"comment after a value keeps its blank", "[S]\nKey=value ; note\nb=1\n", "S{Key=value |b=1}"},

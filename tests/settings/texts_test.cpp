@@ -61,12 +61,12 @@ TEST(TitleFormats, Tables)
         QString text = "as before";
         SetLocale(&american);
         EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text)) << c.Table << ' ' << c.Index;
-        EXPECT_EQ(text, c.American) << c.Table << ' ' << c.Index;
+        EXPECT_EQ(text.toStdString(), c.American) << c.Table << ' ' << c.Index;
         if (!c.German)
             continue;
         SetLocale(german.get());
         EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text)) << c.Table << ' ' << c.Index;
-        EXPECT_EQ(text, c.German) << c.Table << ' ' << c.Index << " in German";
+        EXPECT_EQ(text.toStdString(), c.German) << c.Table << ' ' << c.Index << " in German";
     }
 }
 
@@ -98,7 +98,7 @@ TEST(TitleFormats, TaskDatesThatAreNotSet)
     for (const auto& c : cases) {
         QString text = "x";
         EXPECT_TRUE(FormatViewTitle(300, c.Index, c.Start, c.Due, &text));
-        EXPECT_EQ(text, c.Text) << c.Index;
+        EXPECT_EQ(text.toStdString(), c.Text) << c.Index;
     }
 }
 
