@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QTimeZone>
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -54,4 +55,17 @@ std::shared_ptr<const CFileZone> MakeSystemZone(const QByteArray& ianaId, int cu
         changes.push_back({data.atUtc.toSecsSinceEpoch(), last});
     }
     return std::make_shared<CFileZone>(first, std::move(changes), record);
+}
+
+const std::shared_ptr<const CFileZone>& UtcZone()
+{
+    static const std::shared_ptr<const CFileZone> zone =
+        std::make_shared<CFileZone>(0, std::vector<CFileZone::Change>{}, TimeZoneInformation{});
+    return zone;
+}
+
+qint64 WallByRecord(qint64 utc, const TimeZoneInformation& record)
+{
+    const DATE local = UtcToLocal(DateOfWall(utc), record);
+    return qint64(std::llround(SignedOf(local) * double(kDaySeconds))) - kUnixDay * kDaySeconds;
 }

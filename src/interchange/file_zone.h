@@ -39,3 +39,8 @@ private:
 std::shared_ptr<const CFileZone> MakeSystemZone(const QByteArray& ianaId, int currentYear);
 // A zone from its block in a file; null when the block says nothing usable.
 std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int currentYear);
+
+// UTC as a zone.
+const std::shared_ptr<const CFileZone>& UtcZone();
+// Wall time of a moment by a record's rules, which are the same for all years.
+qint64 WallByRecord(qint64 utc, const TimeZoneInformation& record);

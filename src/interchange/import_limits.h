@@ -15,6 +15,7 @@ constexpr int Depth = 16;                       // components within components
 constexpr int TextChars = 32000;                // a subject or place; the blob counts characters in 16 bits
 constexpr int NoteChars = 1 << 20;
 constexpr int Deletions = 50000;                // of one series: 137 years of days
+constexpr int ChangedOccurrences = 5000;        // of one series
 constexpr int Occurrences = 500;                // of a rule that becomes single items
 constexpr int ExpandYears = 10;                 // how far such a rule is followed from its start
 constexpr int SplitParts = 31;                  // series that one rule may become

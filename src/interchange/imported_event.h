@@ -3,6 +3,7 @@
 #pragma once
 #include "interchange/component_reader.h"
 #include "interchange/file_moment.h"
+#include "interchange/property_line.h"
 #include "interchange/series_builder.h"
 #include "interchange/zone_table.h"
 #include "records/attendees_blob.h"
@@ -22,12 +23,14 @@ struct CImportedEvent {
     QStringList Categories;
     std::vector<CAttendee> Attendees;
     int BusyStatus = 2, Sensitivity = 0;
-    bool HasBusyStatus = false; // told by the file, not the default
     bool Cancelled = false;
     std::optional<int> ReminderMinutes;
     FileTime LastChange = 0;
-    QString Kept;     // lines that the records have no place for
-    QString RuleText; // RRULE as it stands
+    // Lines that the records have no place for. One of a property that the record also holds
+    // stands there without a value, for its parameters.
+    QString Kept;
+    QString RuleText;     // RRULE as it stands
+    QString ExcludedText; // EXDATE lines as they stand
 
     CEventDates Dates;
     bool HasEnd = false;
@@ -41,43 +44,42 @@ struct CImportedEvent {
 class CEventReader
 {
 public:
-    CEventReader(CZoneTable& zones, CImportReport& report) : m_zones(zones), m_report(report) {}
+    CEventReader(CZoneTable& zones, const TimeZoneInformation& device, CImportReport& report)
+        : m_zones(zones), m_device(device), m_report(report) {}
 
     // False when the event has no usable start; that is told.
     bool Read(const CComponent& component, CImportedEvent* event);
 
 private:
-    struct CAlarm;
     void ReadLines();
-    void ReadLine(const CPropertyLine& line, std::string_view text, int number);
-    bool ReadDate(const CPropertyLine& line, std::string_view text, int number);
-    bool ReadTextual(const CPropertyLine& line, std::string_view text, int number);
-    void ReadStatus(const CPropertyLine& line);
-    size_t ReadAlarm(size_t first);
-    void KeepAlarm(const CAlarm& alarm, size_t first, size_t last);
-    void ReadAttendee(const CPropertyLine& line, std::string_view text);
+    bool ReadDate(const CPropertyLine& line, const CComponent::Line& at);
+    bool ReadText(const CPropertyLine& line, std::string_view text);
+    bool ReadState(const CPropertyLine& line);
+    bool ReadPerson(const CPropertyLine& line, std::string_view text);
+    void KeepParameters(const CPropertyLine& line);
     void Keep(std::string_view text);
-    void KeepNested(size_t first, size_t last);
+    size_t ReadNested(size_t first);
+    void ReadAlarm(size_t first, size_t last);
+    void FinishState();
 
     bool FinishDates();
-    void FinishEnd(qint64 start);
+    void FinishEnd(const CFileMoment& start);
     void FinishRule();
     void FinishListed();
-    void ReadDateList(std::string_view text, bool added);
-    qint64 WallInZone(const CFileMoment& moment, const std::shared_ptr<const CFileZone>& zone) const;
+    void ReadDateList(const CPropertyLine& line, bool added);
+    qint64 WallInEvent(const CFileMoment& moment, const std::shared_ptr<const CFileZone>& zone) const;
     std::shared_ptr<const CFileZone> ZoneOf(const CPropertyLine& line, const CFileMoment& moment);
 
     CZoneTable& m_zones;
+    TimeZoneInformation m_device;
     CImportReport& m_report;
     const CComponent* m_component = nullptr;
     CImportedEvent* m_event = nullptr;
     // What is put together when all lines are known.
-    std::optional<CFileMoment> m_start, m_end;
-    std::shared_ptr<const CFileZone> m_startZone, m_endZone;
-    std::string_view m_duration, m_rule;
-    int m_startLine = 0, m_endLine = 0, m_ruleLine = 0;
-    std::vector<const CComponent::Line*> m_excluded, m_added;
+    const CComponent::Line *m_start = nullptr, *m_end = nullptr, *m_length = nullptr, *m_rule = nullptr;
+    std::vector<const CComponent::Line*> m_dateLists;
     std::string m_kept;
-    bool m_hasSubject = false, m_hasLocation = false, m_hasNote = false, m_busyFromDesktop = false;
+    bool m_hasSubject = false, m_hasLocation = false, m_hasNote = false;
     bool m_isTransparent = false, m_isTentative = false;
+    int m_desktopBusy = -1;
 };
