@@ -18,6 +18,7 @@ CSqliteVolume::~CSqliteVolume()
     if (m_db.InTransaction())
         (void)m_db.Execute("ROLLBACK");
     m_dataVersionQuery.reset();
+    m_log.reset();
     m_writeStates.clear();
     m_db.Close();
 }
@@ -82,9 +83,9 @@ CStatus CSqliteVolume::Begin(bool durable)
         return {StatusKind::Io, QStringLiteral("The volume %1 is open for reading only.").arg(m_path)};
     if (!m_levels.empty() && !m_levels.back().failure)
         return m_levels.back().failure;
-    const CStatus status = m_levels.empty() ? StartOutermost(durable) : StepText("SAVEPOINT level");
+    const CStatus status = m_levels.empty() ? StartOutermost(durable) : CStatus();
     if (status)
-        m_levels.push_back({durable, m_changesLogged, CStatus()});
+        m_levels.push_back({durable, m_changesLogged, CStatus(), m_undo.size()});
     return status;
 }
 
@@ -93,13 +94,15 @@ CStatus CSqliteVolume::Commit()
     if (m_levels.empty())
         return {StatusKind::Invalid, QStringLiteral("No transaction is open.")};
     CStatus status = m_levels.back().failure;
-    if (status)
-        status = m_levels.size() > 1 ? StepText("RELEASE level") : FinishOutermost();
+    if (status && m_levels.size() == 1)
+        status = FinishOutermost();
     if (!status) {
         Rollback();
         return status;
     }
     m_levels.pop_back();
+    if (m_levels.size() <= 1)
+        m_undo.clear();
     if (m_levels.empty()) {
         const bool changed = m_changesLogged > 0;
         Forget();
@@ -122,17 +125,45 @@ void CSqliteVolume::Rollback()
     if (m_levels.empty())
         return;
     ++m_writeCount;
-    m_changesLogged = m_levels.back().changes;
+    const CLevel level = std::move(m_levels.back());
     m_levels.pop_back();
     if (!m_levels.empty()) {
         // A full disk may have ended the whole transaction already; then all levels have failed.
-        if (!m_db.InTransaction() || !m_db.Execute("ROLLBACK TO level; RELEASE level"))
-            m_levels.back().failure = {StatusKind::Io, QStringLiteral("The transaction was lost.")};
+        const CStatus status = m_db.InTransaction() ? Undo(level) : level.failure;
+        if (!status)
+            Fail(status);
         return;
     }
     if (m_db.InTransaction())
         (void)m_db.Execute("ROLLBACK");
     Forget();
+}
+
+CStatus CSqliteVolume::KeepForUndo(CVolumeTable& table, CEOID oid, bool existed)
+{
+    if (m_levels.size() < 2)
+        return CStatus();
+    m_undo.push_back({&table, oid, existed, {}});
+    return existed ? ReadWholeRecord(table.name, oid, m_undo.back().rows) : CStatus();
+}
+
+// Takes the writes of an inner level back, the last first, and their places in the log.
+CStatus CSqliteVolume::Undo(const CLevel& level)
+{
+    CStatus status;
+    while (status && m_undo.size() > level.undo) {
+        const CUndo undo = std::move(m_undo.back());
+        m_undo.pop_back();
+        status = DeleteRow(*undo.table, undo.oid);
+        if (status && undo.existed)
+            status = InsertRow(*undo.table, undo.oid, undo.rows, 0);
+    }
+    const qint64 logged = m_changesLogged - level.changes;
+    if (!status || logged == 0)
+        return status;
+    m_nextChange -= logged;
+    m_changesLogged = level.changes;
+    return m_db.Execute(QByteArray("DELETE FROM changes WHERE sequence >= " + QByteArray::number(m_nextChange)));
 }
 
 void CSqliteVolume::Fail(const CStatus& status)
@@ -150,6 +181,7 @@ void CSqliteVolume::Forget()
 {
     m_countersLoaded = false;
     m_changesLogged = 0;
+    m_undo.clear();
     for (CWriteState& state : m_writeStates)
         state.nextRecord = -1;
 }

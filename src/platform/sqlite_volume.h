@@ -45,6 +45,15 @@ private:
         bool durable = true;
         qint64 changes = 0; // logged before it began
         CStatus failure;    // set when a write failed half way; it can then only be rolled back
+        size_t undo = 0;    // entries of m_undo before it began
+    };
+    // What one write within an inner level replaced. The library's savepoints would copy each page
+    // that a level touches, which doubles the cost of an import.
+    struct CUndo {
+        CVolumeTable* table = nullptr;
+        CEOID oid = 0;
+        bool existed = false;
+        std::vector<CEPROPVAL> rows;
     };
     struct CWriteState { // of one table
         qint64 nextRecord = -1; // -1: not read in this transaction
@@ -66,12 +75,16 @@ private:
     CStatus FinishOutermost();
     void Forget();
     void Fail(const CStatus& status);
+    CStatus KeepForUndo(CVolumeTable& table, CEOID oid, bool existed);
+    CStatus Undo(const CLevel& level);
     template <typename Work> CStatus InTransaction(Work work);
     CStatus LoadCounters();
     CStatus StoreCounters();
     CStatus PruneChanges();
     CStatus Insert(CVolumeTable& table, std::span<const CEPROPVAL> put, CEOID* written, quint32* recordNumber);
     CStatus Update(CVolumeTable& table, CEOID oid, std::span<const CEPROPVAL> put, std::span<const CEPROPID> remove);
+    CStatus InsertRow(CVolumeTable& table, CEOID oid, std::span<const CEPROPVAL> put, qint64 recordNumber);
+    CStatus DeleteRow(const CVolumeTable& table, CEOID oid);
     CStatus NextRecordNumber(CVolumeTable& table, std::span<const CEPROPVAL> put, qint64* number, bool* given);
     CStatus ReadRest(const CVolumeTable& table, CEOID oid, std::vector<CEPROPVAL>& rest);
     CStatus LogChange(const CVolumeTable& table, quint32 type, CEOID oid);
@@ -87,6 +100,7 @@ private:
     CVolumeLayout m_layout;
     std::vector<CWriteState> m_writeStates; // parallel to m_layout
     std::vector<CLevel> m_levels;
+    std::vector<CUndo> m_undo; // of the inner levels, in order
     bool m_countersLoaded = false;
     qint64 m_nextOid = 0;
     qint64 m_nextChange = 0;
@@ -95,6 +109,7 @@ private:
     quint64 m_writeCount = 0;
     qint64 m_dataVersion = 0;
     CStatement m_dataVersionQuery;
+    CStatement m_log; // logs one change
     CStatus m_readFault;
     std::function<void()> m_commitHook;
 };

@@ -127,7 +127,7 @@ CStatus CSqliteVolume::EnterWalMode()
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     if (status)
-        status = m_db.Execute("PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -6000;"
+        status = m_db.Execute("PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA secure_delete = FAST; PRAGMA cache_size = -6000;"
                               "PRAGMA journal_size_limit = 16777216; PRAGMA wal_autocheckpoint = 2000");
     return status;
 }

@@ -160,14 +160,25 @@ CStatus CSqliteVolume::Insert(CVolumeTable& table, std::span<const CEPROPVAL> pu
     qint64 number = 0;
     bool given = false;
     CStatus status = NextRecordNumber(table, put, &number, &given);
+    if (status)
+        status = InsertRow(table, CEOID(m_nextOid), put, given ? 0 : number);
     if (!status)
         return status;
+    *written = CEOID(m_nextOid++);
+    *recordNumber = quint32(number);
+    status = KeepForUndo(table, *written, false);
+    return status ? LogChange(table, kNoticeCreated, *written) : status;
+}
+
+// A record number of 0 is one that `put` holds, or none.
+CStatus CSqliteVolume::InsertRow(CVolumeTable& table, CEOID oid, std::span<const CEPROPVAL> put, qint64 recordNumber)
+{
     CStatement& insert = m_writeStates[size_t(&table - m_layout.data())].insert;
     if (!insert) {
         QByteArray sql = "INSERT INTO " + table.table + "(oid, rest";
         for (const CVolumeColumn& column : table.columns)
             sql += ", " + column.column;
-        sql += ") VALUES(?, ?" + QByteArray(", ?").repeated(table.columns.size()) + ")";
+        sql += ") VALUES(?, ?" + QByteArray(", ?").repeated(qsizetype(table.columns.size())) + ")";
         insert = m_db.Prepare(sql);
         if (!insert)
             return m_db.LastError();
@@ -177,7 +188,7 @@ CStatus CSqliteVolume::Insert(CVolumeTable& table, std::span<const CEPROPVAL> pu
     sqlite3_clear_bindings(statement);
     CBinder binder(statement);
     std::vector<CEPROPVAL> rest;
-    int code = sqlite3_bind_int64(statement, 1, m_nextOid);
+    int code = sqlite3_bind_int64(statement, 1, oid);
     for (const CEPROPVAL& row : put) {
         const auto column = table.columnOf.constFind(row.propid);
         if (column == table.columnOf.constEnd())
@@ -185,18 +196,21 @@ CStatus CSqliteVolume::Insert(CVolumeTable& table, std::span<const CEPROPVAL> pu
         else if (row.Found() && code == SQLITE_OK)
             code = binder.Bind(*column + 3, row);
     }
-    if (table.recordNumber != 0 && !given && code == SQLITE_OK)
-        code = binder.Bind(table.columnOf.value(table.recordNumber) + 3, CEPROPVAL(table.recordNumber, number));
+    if (recordNumber != 0 && code == SQLITE_OK)
+        code = binder.Bind(table.columnOf.value(table.recordNumber) + 3, CEPROPVAL(table.recordNumber, recordNumber));
     if (code == SQLITE_OK)
         code = binder.BindRest(2, rest);
-    if (code != SQLITE_OK)
-        return m_db.Error(code);
-    status = Step(statement);
-    if (!status)
-        return status;
-    *written = CEOID(m_nextOid++);
-    *recordNumber = quint32(number);
-    return LogChange(table, kNoticeCreated, *written);
+    return code == SQLITE_OK ? Step(statement) : m_db.Error(code);
+}
+
+CStatus CSqliteVolume::DeleteRow(const CVolumeTable& table, CEOID oid)
+{
+    const CStatement statement = m_db.Prepare("DELETE FROM " + table.table + " WHERE oid = ?1");
+    if (!statement)
+        return m_db.LastError();
+    const CStatementReset reset(statement.get());
+    sqlite3_bind_int64(statement.get(), 1, oid);
+    return Step(statement.get());
 }
 
 CStatus CSqliteVolume::ReadRest(const CVolumeTable& table, CEOID oid, std::vector<CEPROPVAL>& rest)
@@ -256,6 +270,8 @@ CStatus CSqliteVolume::Update(CVolumeTable& table, CEOID oid, std::span<const CE
     bool given = false;
     if (status && FindRow(rows, table.recordNumber))
         status = NextRecordNumber(table, rows, &number, &given);
+    if (status)
+        status = KeepForUndo(table, oid, true);
     if (!status)
         return status;
     if (sql.isEmpty())
@@ -301,17 +317,18 @@ CStatus CSqliteVolume::RequireRecord(const CVolumeTable& table, CEOID oid)
 
 CStatus CSqliteVolume::LogChange(const CVolumeTable& table, quint32 type, CEOID oid)
 {
-    const CStatement log = m_db.Prepare("INSERT INTO changes(sequence, database, type, oid) VALUES(?1, ?2, ?3, ?4)");
-    if (!log) {
+    if (!m_log)
+        m_log = m_db.Prepare("INSERT INTO changes(sequence, database, type, oid) VALUES(?1, ?2, ?3, ?4)");
+    if (!m_log) {
         Fail(m_db.LastError());
         return m_db.LastError();
     }
-    const CStatementReset reset(log.get());
-    sqlite3_bind_int64(log.get(), 1, m_nextChange);
-    sqlite3_bind_int64(log.get(), 2, table.id);
-    sqlite3_bind_int64(log.get(), 3, type);
-    sqlite3_bind_int64(log.get(), 4, oid);
-    const CStatus status = Step(log.get());
+    const CStatementReset reset(m_log.get());
+    sqlite3_bind_int64(m_log.get(), 1, m_nextChange);
+    sqlite3_bind_int64(m_log.get(), 2, table.id);
+    sqlite3_bind_int64(m_log.get(), 3, type);
+    sqlite3_bind_int64(m_log.get(), 4, oid);
+    const CStatus status = Step(m_log.get());
     if (!status) {
         Fail(status);
         return status;
@@ -328,14 +345,10 @@ CStatus CSqliteVolume::DeleteRecord(const QString& database, CEOID oid)
         return {StatusKind::NotFound, QStringLiteral("There is no database %1.").arg(database)};
     return InTransaction([&] {
         CStatus status = RequireRecord(*table, oid);
-        if (!status)
-            return status;
-        const CStatement statement = m_db.Prepare("DELETE FROM " + table->table + " WHERE oid = ?1");
-        if (!statement)
-            return m_db.LastError();
-        const CStatementReset reset(statement.get());
-        sqlite3_bind_int64(statement.get(), 1, oid);
-        status = Step(statement.get());
+        if (status)
+            status = KeepForUndo(*table, oid, true);
+        if (status)
+            status = DeleteRow(*table, oid);
         return status ? LogChange(*table, kNoticeDeleted, oid) : status;
     });
 }
