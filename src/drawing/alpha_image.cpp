@@ -84,6 +84,7 @@ QImage CAlphaImage::ToImage() const
 {
     if (!IsValid())
         return QImage();
-    return QImage(reinterpret_cast<const uchar*>(Pixels()), m_width, m_height, m_width * 4, QImage::Format_ARGB32)
+    return QImage(reinterpret_cast<const uchar*>(Pixels()), m_width, m_height, m_width * 4,
+                  QImage::Format_ARGB32)
         .copy();
 }

@@ -45,7 +45,8 @@ TESSERA_WIDEST void BlendSpan(quint32* dst, const quint32* src, int count)
         const Pixels two = one | one << 16;
         const Planes alpha = reinterpret_cast<Planes>(two);
         const Planes rest = reinterpret_cast<Planes>(two ^ kEven);
-        Planes even = reinterpret_cast<Planes>(s & kEven) * alpha + reinterpret_cast<Planes>(d & kEven) * rest + 128;
+        Planes even =
+            reinterpret_cast<Planes>(s & kEven) * alpha + reinterpret_cast<Planes>(d & kEven) * rest + 128;
         Planes odd = reinterpret_cast<Planes>(s >> 8 & kEven) * alpha +
                      reinterpret_cast<Planes>(d >> 8 & kEven) * rest + 128;
         even = (even + (even >> 8)) >> 8;

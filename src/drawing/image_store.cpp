@@ -69,9 +69,7 @@ QFont MakeFont(const FontSpec& spec)
     QFont font;
     font.setFamilies(Faces());
     font.setPixelSize(qMax(spec.PixelHeight, 1));
-    font.setWeight(spec.Weight >= 700   ? QFont::Bold
-                   : spec.Weight >= 600 ? QFont::DemiBold
-                                        : QFont::Normal);
+    font.setWeight(spec.Weight >= 700 ? QFont::Bold : spec.Weight >= 600 ? QFont::DemiBold : QFont::Normal);
     font.setStrikeOut(spec.StrikeOut);
     if (spec.ClearType)
         font.setStyleStrategy(QFont::PreferAntialias);

@@ -12,7 +12,10 @@ namespace
 {
 constexpr quint32 kOpaque = 0xFF000000;
 
-quint32 ToPixel(COLORREF color) { return kOpaque | RedOf(color) << 16 | GreenOf(color) << 8 | BlueOf(color); }
+quint32 ToPixel(COLORREF color)
+{
+    return kOpaque | RedOf(color) << 16 | GreenOf(color) << 8 | BlueOf(color);
+}
 
 // Colour `i` of `count` on the way from first to last, both ends exact.
 quint32 ShadeAt(COLORREF first, COLORREF last, int i, int count)
@@ -106,7 +109,8 @@ void FrameRect(QPainter& dc, const QRect& rect, COLORREF color)
     FillSolid(dc, QRect(rect.right(), rect.top(), 1, rect.height()), color);
 }
 
-void FillTwoTone(QPainter& dc, const QRect& rect, COLORREF color, COLORREF second, quint32 alpha, bool vertical)
+void FillTwoTone(QPainter& dc, const QRect& rect, COLORREF color, COLORREF second, quint32 alpha,
+                 bool vertical)
 {
     QRect firstHalf = rect;
     QRect lastHalf = rect;
@@ -132,8 +136,9 @@ void FillGradient(QPainter& dc, const QRect& rect, COLORREF first, COLORREF seco
     }
     const int steps = mode == kGradientLeftToRight ? rect.width() : rect.height();
     for (int i = 0; i < steps; ++i) {
-        const QRect strip = mode == kGradientLeftToRight ? QRect(rect.left() + i, rect.top(), 1, rect.height())
-                                                         : QRect(rect.left(), rect.top() + i, rect.width(), 1);
+        const QRect strip = mode == kGradientLeftToRight
+                                ? QRect(rect.left() + i, rect.top(), 1, rect.height())
+                                : QRect(rect.left(), rect.top() + i, rect.width(), 1);
         dc.fillRect(strip, QColor::fromRgb(ShadeAt(first, second, i, steps)));
     }
 }

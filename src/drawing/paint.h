@@ -28,7 +28,8 @@ void FillSolid(QPainter& dc, const QRect& rect, COLORREF color);
 void FrameRect(QPainter& dc, const QRect& rect, COLORREF color);
 // Cut at the middle: the right (`vertical`) or lower half takes `color`, the other half
 // Blend(second, color, alpha).
-void FillTwoTone(QPainter& dc, const QRect& rect, COLORREF color, COLORREF second, quint32 alpha, bool vertical);
+void FillTwoTone(QPainter& dc, const QRect& rect, COLORREF color, COLORREF second, quint32 alpha,
+                 bool vertical);
 // The first line has `first` and the last one `second`, exactly.
 void FillGradient(QPainter& dc, const QRect& rect, COLORREF first, COLORREF second, GradientMode mode);
 // From `color` to the same with black over it; `swap` exchanges the ends.

@@ -17,10 +17,10 @@ enum PictureId : int {
     PictureAppointmentCount = 187,
     PictureTaskCount = 188,
     PictureAllDay = 189,
-    PictureBirthday = 190,        // 15 x 15
-    PictureMonthCellTasks = 191,  // 9 x 9
-    PictureExpanded = 199,        // 11 x 11
-    PictureCollapsed = 200,       // 11 x 11
+    PictureBirthday = 190,       // 15 x 15
+    PictureMonthCellTasks = 191, // 9 x 9
+    PictureExpanded = 199,       // 11 x 11
+    PictureCollapsed = 200,      // 11 x 11
     PictureAttendees = 201,
     PictureAnniversary = 234, // 15 x 15
 

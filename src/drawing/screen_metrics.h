@@ -44,6 +44,15 @@ private:
 
 extern CScreenMetrics g_ScreenMetrics;
 
-inline int S(double x) { return g_ScreenMetrics.ScaleX(x); }
-inline int SY(double x) { return g_ScreenMetrics.ScaleY(x); }
-inline int D(int x) { return g_ScreenMetrics.Double(x); }
+inline int S(double x)
+{
+    return g_ScreenMetrics.ScaleX(x);
+}
+inline int SY(double x)
+{
+    return g_ScreenMetrics.ScaleY(x);
+}
+inline int D(int x)
+{
+    return g_ScreenMetrics.Double(x);
+}

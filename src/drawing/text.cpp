@@ -11,7 +11,7 @@
 namespace
 {
 constexpr int kEndless = 1 << 22; // wider than any line; small enough for the layout's fixed point
-constexpr int kRounding = 1;        // by which a layout's line can exceed its font
+constexpr int kRounding = 1;      // by which a layout's line can exceed its font
 constexpr size_t kKeptLayouts = 8;
 constexpr unsigned kEllipses = kTextEndEllipsis | kTextWordEllipsis;
 // The flags that change the layout; the others only place it.
@@ -25,7 +25,7 @@ struct CLaidOutText {
     unsigned flags = 0;
 
     QTextLayout layout;
-    int width = 0;  // of the widest line
+    int width = 0; // of the widest line
     int height = 0;
 };
 

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "drawing/art.h"
 #include "drawing/paint.h"
 #include "drawing/surface.h"
-#include "drawing/art.h"
 
 namespace
 {
@@ -76,7 +76,7 @@ TEST(BlendRect, IsTheBlendOfEachPixelInsideTheRectangle)
     BlendRect(surface.Dc(), QRect(1, 1, 17, 1), kColorWhite, 128);
     const COLORREF veiled = Blend(kColorWhite, Rgb(1, 2, 3), 128);
     EXPECT_EQ(Art(surface.Image(), {{Rgb(1, 2, 3), 'o'}, {veiled, 'v'}}), "ooooooooooooooooooo\n"
-                                                                         "ovvvvvvvvvvvvvvvvvo\n"
-                                                                         "ooooooooooooooooooo\n");
+                                                                          "ovvvvvvvvvvvvvvvvvo\n"
+                                                                          "ooooooooooooooooooo\n");
 }
 } // namespace

@@ -22,11 +22,11 @@ struct Group {
 
 // Every number that anything asks for, with its size in design pixels.
 const Group kPictures[] = {
-    {111, 112, 13, 13},   {136, 137, 13, 13},  {156, 156, 20, 13}, {164, 164, 13, 13}, {180, 181, 15, 15},
-    {182, 183, 9, 13},    {187, 189, 13, 13},  {190, 190, 15, 15}, {191, 191, 9, 9},   {199, 200, 11, 11},
-    {201, 201, 13, 13},   {234, 234, 15, 15},  {237, 245, 11, 11}, {246, 252, 16, 16}, {254, 255, 12, 12},
-    {300, 305, 48, 48},   {400, 410, 40, 40},  {500, 502, 40, 40}, {601, 602, 16, 28}, {603, 603, 228, 104},
-    {604, 605, 48, 32},   {700, 733, 24, 24},
+    {111, 112, 13, 13}, {136, 137, 13, 13}, {156, 156, 20, 13}, {164, 164, 13, 13}, {180, 181, 15, 15},
+    {182, 183, 9, 13},  {187, 189, 13, 13}, {190, 190, 15, 15}, {191, 191, 9, 9},   {199, 200, 11, 11},
+    {201, 201, 13, 13}, {234, 234, 15, 15}, {237, 245, 11, 11}, {246, 252, 16, 16}, {254, 255, 12, 12},
+    {300, 305, 48, 48}, {400, 410, 40, 40}, {500, 502, 40, 40}, {601, 602, 16, 28}, {603, 603, 228, 104},
+    {604, 605, 48, 32}, {700, 733, 24, 24},
 };
 
 class ImageStore : public testing::Test
@@ -39,7 +39,10 @@ protected:
         g_ImageStore.Clear();
     }
     void SetDensity(int density) { g_ScreenMetrics.Init(density, QSize()); }
-    QString BuiltLibrary(const char* name) { return ShareFolders().first() + QLatin1Char('/') + QLatin1String(name); }
+    QString BuiltLibrary(const char* name)
+    {
+        return ShareFolders().first() + QLatin1Char('/') + QLatin1String(name);
+    }
 };
 
 class ImageStoreAtDensity : public ImageStore, public testing::WithParamInterface<int>

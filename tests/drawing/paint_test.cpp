@@ -24,7 +24,7 @@ TEST(FillTwoTone, RightHalfTakesTheColourAndTheOddPixel)
     COffscreenSurface s(5, 2, kPaper);
     FillTwoTone(s.Dc(), {0, 0, 5, 2}, kInk, kColorWhite, 50, true);
     EXPECT_EQ(Art(s.Image(), {{Blend(kColorWhite, kInk, 50), 'l'}}), "ll###\n"
-                                                                    "ll###\n");
+                                                                     "ll###\n");
 }
 
 TEST(FillTwoTone, OnePixelHasNoUpperHalf)
@@ -64,8 +64,10 @@ TEST(FillGradient, BothEndsAreExactAndSteps)
         FillGradient(s.Dc(), {0, 0, 9, 9}, first, last, mode);
         quint32 red = 0;
         for (int i = 0; i < 9; ++i) {
-            const COLORREF here = mode == kGradientLeftToRight ? ColorAt(s.Image(), i, 4) : ColorAt(s.Image(), 4, i);
-            EXPECT_EQ(here, mode == kGradientLeftToRight ? ColorAt(s.Image(), i, 0) : ColorAt(s.Image(), 0, i));
+            const COLORREF here =
+                mode == kGradientLeftToRight ? ColorAt(s.Image(), i, 4) : ColorAt(s.Image(), 4, i);
+            EXPECT_EQ(here,
+                      mode == kGradientLeftToRight ? ColorAt(s.Image(), i, 0) : ColorAt(s.Image(), 0, i));
             EXPECT_GE(RedOf(here), red);
             red = RedOf(here);
         }

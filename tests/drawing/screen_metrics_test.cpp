@@ -31,9 +31,10 @@ TEST_P(ScreenMetrics, ScalesByTheDensityInForce)
 }
 
 INSTANTIATE_TEST_SUITE_P(Densities, ScreenMetrics,
-                         testing::Values(Case{96, -1, 1}, Case{191, -1, 1}, Case{192, -1, 2}, Case{287, -1, 2},
-                                         Case{288, -1, 3}, Case{383, -1, 3}, Case{384, -1, 4}, Case{1000, -1, 4},
-                                         Case{0, -1, 1}, Case{96, 192, 2}, Case{384, 96, 1}));
+                         testing::Values(Case{96, -1, 1}, Case{191, -1, 1}, Case{192, -1, 2},
+                                         Case{287, -1, 2}, Case{288, -1, 3}, Case{383, -1, 3},
+                                         Case{384, -1, 4}, Case{1000, -1, 4}, Case{0, -1, 1},
+                                         Case{96, 192, 2}, Case{384, 96, 1}));
 
 TEST(ScreenMetricsScale, NeverLosesANonZeroMeasure)
 {

@@ -74,7 +74,8 @@ TEST_F(Text, NothingIsDrawnOutsideItsRectangle)
             for (const int width : {1, 7, 40, 130}) {
                 const QRect rect(50, 40, width, 30);
                 const QRect ink = Ink(text, rect, flags | kTextNoPrefix);
-                EXPECT_TRUE(rect.contains(ink) || ink.isEmpty()) << text.toStdString() << " " << flags << " " << width;
+                EXPECT_TRUE(rect.contains(ink) || ink.isEmpty())
+                    << text.toStdString() << " " << flags << " " << width;
             }
         }
     }
@@ -86,8 +87,9 @@ TEST_F(Text, MeasuringTellsWhatDrawingNeeds)
         for (const unsigned flags : {kTextSingleLine | kTextNoPrefix, kTextWordBreak | kTextNoPrefix}) {
             const QSize size = Measure(text, 120, flags);
             EXPECT_GT(size.width(), 0);
-            const QRect ink = Ink(text, QRect(20, 20, flags & kTextWordBreak ? 120 : size.width(), size.height()),
-                                  flags | kTextNoClip);
+            const QRect ink =
+                Ink(text, QRect(20, 20, flags & kTextWordBreak ? 120 : size.width(), size.height()),
+                    flags | kTextNoClip);
             // Slanted and accented glyphs may lean out by a pixel.
             const QRect room(19, 19, size.width() + 2, size.height() + 2);
             EXPECT_TRUE(room.contains(ink)) << text.toStdString();
@@ -210,7 +212,8 @@ TEST_F(Text, EqualTextsInOtherFontsAreNotTakenForEachOther)
 TEST_F(Text, TheCallersClipStands)
 {
     m_surface.Dc().setClipRect(0, 0, 30, 200);
-    const QRect ink = Ink(QStringLiteral("a text longer than its rectangle is wide"), QRect(10, 10, 80, 20), 0x820);
+    const QRect ink =
+        Ink(QStringLiteral("a text longer than its rectangle is wide"), QRect(10, 10, 80, 20), 0x820);
     EXPECT_LE(ink.right(), 29);
     EXPECT_EQ(m_surface.Dc().clipBoundingRect(), QRectF(0, 0, 30, 200));
 }
