@@ -1,0 +1,227 @@
+#include "object_model/appointment_object.h"
+
+#include "object_model/outlook_app.h"
+#include "records/property_numbers.h"
+
+CAppointmentObject::CAppointmentObject(COutlookApp& app, CEOID oid, quint32 itemId, const std::vector<CEPROPVAL>& rows)
+    : m_app(app), m_oid(oid), m_itemId(itemId)
+{
+    CRecurrencePattern pattern;
+    m_wasRecurring = ReadFields(rows, app.Zone(), m_fields, pattern);
+    if (m_wasRecurring)
+        m_series = std::make_unique<CPatternObject>(app, pattern, m_fields.AllDay, oid, itemId);
+}
+
+// ---- dates
+
+void CAppointmentObject::put_Start(DATE date)
+{
+    if (m_series && date != NO_DATE) {
+        m_series->Edit().SetStart(date);
+        return;
+    }
+    if (date == m_fields.Start)
+        return;
+    if (date != NO_DATE && m_fields.Start != NO_DATE && m_fields.End != NO_DATE)
+        m_fields.End = PlusMinutes(date, MinutesBetween(m_fields.Start, m_fields.End));
+    m_fields.Start = date;
+    m_changed |= Changed::Times;
+}
+
+DATE CAppointmentObject::get_End() const
+{
+    if (m_series)
+        return m_series->Rows().End();
+    return m_fields.End == NO_DATE ? m_fields.Start : m_fields.End;
+}
+
+void CAppointmentObject::put_End(DATE date)
+{
+    if (m_series && date != NO_DATE)
+        m_series->Edit().SetEnd(date);
+    else
+        Set(m_fields.End, date, Changed::Times);
+}
+
+void CAppointmentObject::put_AllDayEvent(bool allDay)
+{
+    Set(m_fields.AllDay, allDay, Changed::Times);
+    if (m_series)
+        m_series->SetAllDay(allDay);
+}
+
+IRecurrencePattern* CAppointmentObject::GetRecurrencePattern()
+{
+    if (!m_series) {
+        m_series = std::make_unique<CPatternObject>(m_app, m_fields.Start, m_fields.End);
+        m_series->SetAllDay(m_fields.AllDay);
+    }
+    return m_series.get();
+}
+
+void CAppointmentObject::ClearRecurrencePattern()
+{
+    if (!m_series)
+        return;
+    m_fields.Start = m_series->Rows().Start();
+    m_fields.End = m_series->Rows().End();
+    m_changed |= Changed::Times;
+    m_cleared = std::move(m_series);
+}
+
+// ---- what lies in other rows and records
+
+QString CAppointmentObject::get_Categories() const
+{
+    if (m_changed & Changed::Categories || m_itemId == 0)
+        return m_categories;
+    return m_app.Categories().NamesOf(m_itemId);
+}
+
+void CAppointmentObject::put_Categories(const QString& names)
+{
+    if (names == get_Categories())
+        return;
+    m_categories = names;
+    m_changed |= Changed::Categories;
+}
+
+IRecipients* CAppointmentObject::get_Recipients()
+{
+    if (!m_recipients)
+        m_recipients = std::make_unique<CRecipients>(m_fields.Attendees);
+    return m_recipients.get();
+}
+
+void CAppointmentObject::put_Foreign(const CForeignData& data)
+{
+    m_fields.Foreign = data;
+    m_changed |= Changed::Foreign;
+}
+
+// ---- saving
+
+CStatus CAppointmentObject::PutTimes(CRecordRows& rows, CRecurrencePattern& pattern)
+{
+    if (!m_series) {
+        if (!(m_changed & Changed::Times) && !m_wasRecurring)
+            return {};
+        const CStatus status = NormalizeTimes(m_fields);
+        if (!status)
+            return status;
+        PutPlainTimes(rows, m_fields, m_app.Zone());
+        for (CEPROPID id : {Prop::Recurring, Prop::Recurrence, Prop::Zone})
+            rows.Remove(id);
+        if (m_wasRecurring && !(m_changed & Changed::Foreign))
+            rows.Remove(Prop::SourceRule);
+        return {};
+    }
+    if (!m_series->IsTouched()) {
+        pattern = m_series->Pattern();
+        return {};
+    }
+    CRecurrencePattern stored;
+    CStatus status = m_wasRecurring ? m_app.ReadPattern(m_oid, stored) : CStatus();
+    if (status)
+        status = m_series->PatternToStore(m_wasRecurring ? &stored : nullptr, pattern);
+    if (!status)
+        return status;
+    PutSeries(rows, pattern);
+    rows.Number(Prop::AllDay, m_fields.AllDay ? 1 : 0);
+    if (!(m_changed & Changed::Foreign))
+        rows.Remove(Prop::SourceRule); // it would tell the old series
+    return {};
+}
+
+void CAppointmentObject::PutRecipients(CRecordRows& rows) const
+{
+    if (!m_recipients)
+        return;
+    const QByteArray list = m_recipients->Stored();
+    if (list != m_fields.Attendees)
+        rows.Bytes(Prop::Attendees, list);
+}
+
+CStatus CAppointmentObject::SaveCategories()
+{
+    if (!(m_changed & Changed::Categories) || m_itemId == 0)
+        return {};
+    return m_app.Categories().Put(m_itemId, m_categories, false);
+}
+
+CStatus CAppointmentObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, quint32* itemId)
+{
+    CRecordRows& rows = m_app.EmptyRows();
+    CStatus status = PutTimes(rows, pattern);
+    if (!status)
+        return status;
+    PutFields(rows, m_fields, m_changed);
+    PutRecipients(rows);
+    quint32 number = 0;
+    status = rows.Write(m_app.Volume(), m_oid, oid, &number);
+    if (!status)
+        return status;
+    *itemId = m_oid ? m_itemId : kAppointmentTag + number;
+    if (m_changed & Changed::Categories && !(m_oid == 0 && m_categories.isEmpty()))
+        status = m_app.Categories().Put(*itemId, m_categories, m_oid == 0);
+    return status;
+}
+
+CStatus CAppointmentObject::Save()
+{
+    CEOID oid = m_oid;
+    quint32 itemId = m_itemId;
+    CRecurrencePattern pattern;
+    const CStatus status = m_app.InTransaction([&] { return WriteAll(pattern, &oid, &itemId); });
+    if (!status)
+        return status;
+    m_oid = oid;
+    m_itemId = itemId;
+    m_changed = 0;
+    m_wasRecurring = m_series != nullptr;
+    m_categories.clear();
+    if (m_recipients)
+        m_fields.Attendees = m_recipients->Stored();
+    if (m_series)
+        m_series->Saved(pattern, oid, itemId);
+    return status;
+}
+
+CStatus CAppointmentObject::Delete()
+{
+    if (m_oid == 0)
+        return {StatusKind::Invalid, QStringLiteral("The appointment was not saved yet.")};
+    return m_app.InTransaction([this] {
+        const CStatus status = m_app.Categories().Remove(m_itemId);
+        return status ? m_app.Volume().DeleteRecord(kAppointmentsDatabase, m_oid) : status;
+    });
+}
+
+std::unique_ptr<IAppointment> CAppointmentObject::Copy()
+{
+    auto copy = std::make_unique<CAppointmentObject>(m_app);
+    copy->m_fields = m_fields;
+    copy->m_fields.Body.clear();
+    CForeignData& foreign = copy->m_fields.Foreign;
+    foreign = CForeignData();
+    foreign.Organizer = m_fields.Foreign.Organizer;
+    foreign.Text = m_fields.Foreign.Text;
+    if (m_fields.Foreign.OccurrenceId.isEmpty()) // else the rule is that of several records
+        foreign.SourceRule = m_fields.Foreign.SourceRule;
+    foreign.LastChange = Clock().GetUtcTime();
+    copy->m_changed |= Changed::Foreign;
+    copy->m_categories = get_Categories();
+    copy->m_fields.Attendees.clear();
+    if (IRecipients* recipients = get_Recipients(); recipients->get_Count() > 0)
+        copy->m_recipients = std::make_unique<CRecipients>(m_recipients->Stored());
+    if (m_series) {
+        copy->m_fields.Start = m_series->Rows().Start();
+        copy->m_fields.End = m_series->Rows().End();
+        copy->GetRecurrencePattern();
+        m_series->CopyTo(*copy->m_series);
+    }
+    return copy;
+}
+
+CStatus CAppointmentObject::Send() { return m_app.Transport() ? m_app.Transport()->SendRequest(*this) : CStatus(); }
+CStatus CAppointmentObject::Cancel() { return m_app.Transport() ? m_app.Transport()->SendCancel(*this) : CStatus(); }

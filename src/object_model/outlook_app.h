@@ -1,0 +1,62 @@
+// The application object: the volume, the device's zone and the categories that its items share.
+#pragma once
+#include "object_model/appointment_record.h"
+#include "object_model/category_writer.h"
+#include "object_model/object_model.h"
+
+class CAppointmentObject;
+
+class COutlookApp : public IPOutlookApp
+{
+public:
+    explicit COutlookApp(std::shared_ptr<CPropertyVolume> volume);
+    ~COutlookApp() override;
+
+    CStatus Logon() override;
+    void Logoff() override;
+    std::unique_ptr<IAppointment> CreateAppointment() override;
+    CStatus GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppointment>& item) override;
+    CStatus BeginBatch() override;
+    CStatus CommitBatch() override;
+    void AbandonBatch() override;
+    std::vector<CForeignKey> FindByUid(const QString& uid) override;
+    bool HasAnyUid() override;
+    void SetTransport(IItemTransport* transport) override { m_transport = transport; }
+
+    // For its items.
+    CStatus Load(quint32 itemId, std::unique_ptr<CAppointmentObject>& item);
+    // Reads the stored series of a record as it is now.
+    CStatus ReadPattern(CEOID oid, CRecurrencePattern& pattern);
+    CPropertyVolume& Volume() { return *m_volume; }
+    CCategoryWriter& Categories() { return m_categories; }
+    IItemTransport* Transport() { return m_transport; }
+    const TimeZoneInformation& Zone() const { return m_zone; }
+    CRecordRows& EmptyRows() // one buffer for all saves, which keeps its memory
+    {
+        m_put.Clear();
+        return m_put;
+    }
+    // One save: all of it or nothing, within a batch too.
+    template <typename Work> CStatus InTransaction(Work work)
+    {
+        CStatus status = BeginSave();
+        if (!status)
+            return status;
+        status = work();
+        return EndSave(status);
+    }
+
+private:
+    CStatus BeginSave();
+    CStatus EndSave(const CStatus& work);
+    void ReadZone();
+
+    std::shared_ptr<CPropertyVolume> m_volume;
+    CCategoryWriter m_categories;
+    std::unique_ptr<CPropertyDatabase> m_byNumber, m_byOid, m_byUid;
+    std::vector<CEPROPVAL> m_rows;
+    CRecordRows m_put;
+    IItemTransport* m_transport = nullptr;
+    TimeZoneInformation m_zone;
+    bool m_batch = false;
+};
