@@ -1,9 +1,15 @@
 // Categories by number and name, in name order, with the colour and icon of the settings.
+// Shape: the names are loaded as a whole; an item's numbers are read when the item is, by one
+//   seek, or by a walk where items are read in the order of their identifiers.
+// Errors: without the databases there are no categories.
 #pragma once
 #include "pim/items.h"
-#include "platform/property_volume.h"
+#include "pim/pim_database.h"
+#include "settings/category_names.h"
 
 #include <memory>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 inline const QString kEmptyCategory = QStringLiteral("_tes_empty_cat"); // no category, where a text must not be empty
@@ -15,7 +21,7 @@ struct CCategory {
     QString ImageName;
 };
 
-class CCategoryStore
+class CCategoryStore : public ICategoryNames
 {
 public:
     void Open(std::shared_ptr<CPropertyVolume> volume);
@@ -25,14 +31,35 @@ public:
     const CCategory* FindByName(const QString& name) const; // ignores case
     int GetCount() const { return int(m_categories.size()); }
     const CCategory* GetAt(int index) const; // in name order; null past the end
-    const CCategory* AddLocal(const QString& name);
+    const CCategory* AddLocal(const QString& name); // one of that name that is there already wins
     const CCategory* Add(const QString& name, qint32 id);
+    void BeginPass(); // what was read ahead may be old: look anew
     void ReadItemCategories(CCategorizedRecord& item);
     QString GetNamesText(const CCategorySet& set) const; // joined by ", "
+    CCategorySet GetSetOfNames(const QString& names) const; // of such a text; unknown names are dropped
+
+    std::optional<qint32> NumberOf(const QString& name) const override;
+    std::optional<QString> NameOf(qint32 number) const override;
 
 private:
+    using CList = std::vector<std::unique_ptr<CCategory>>;
+    CList::const_iterator Place(const QString& name) const;
+    void ReadAssociation();
+    void SeekAssociation(quint32 itemId);
+    void RequireKnown(qint32 number);
+
     qint32 m_nextLocalId = -1;
-    std::vector<std::unique_ptr<CCategory>> m_categories;
+    CList m_categories;
+    std::unordered_map<qint32, CCategory*> m_byId;
+    std::unordered_set<qint32> m_missing; // looked for in vain since the last load
     std::shared_ptr<CPropertyVolume> m_volume;
-    std::unique_ptr<CPropertyDatabase> m_assoc;
+    CPimDatabase m_assoc;
+
+    // The walk: all associations of items after m_askedLast and before m_nextItem are known: none.
+    static constexpr quint64 kNoItem = ~quint64(0);
+    bool m_walking = false;
+    quint32 m_askedLast = 0;
+    quint64 m_nextItem = kNoItem;
+    qint32 m_nextNumber = -1;
+    std::vector<CEPROPVAL> m_rows;
 };

@@ -1,16 +1,28 @@
-// The one global object of the PIM data: all that views read.
+// The one global object of the PIM data: all that views read, and the writing of what editors hand in.
 // Shape: days are asked for by day number; the cache grows by whole month grids, 70 days at most.
-// Errors: a missing volume or database gives empty lists, no message.
+// Errors: a missing volume or database gives empty lists, no message. Writing tells a failure by its
+//   result and, where the user has to know, through IWriterQuestions.
 #pragma once
+#include "object_model/object_model.h"
 #include "pim/category_store.h"
 #include "pim/day_items.h"
+#include "pim/view_mask.h"
 #include "platform/property_volume.h"
 
 #include <functional>
 #include <memory>
 
-// Bits of the views that a change concerns.
-enum ViewMask { kMaskDaily = 1, kMaskListWeek = 2, kMaskMonth = 4, kMaskTasks = 8, kMaskSearch = 16 };
+// What writing asks and tells the user; the side of the windows gives one.
+class IWriterQuestions
+{
+public:
+    virtual ~IWriterQuestions() = default;
+    enum class Choice { None, First, Second };
+    // Two buttons with an explanation each. None: the user went back.
+    virtual Choice AskTwoWays(const QString& question, const QString& first, const QString& firstText,
+                              const QString& second, const QString& secondText) = 0;
+    virtual void ShowMessage(const QString& text, const QString& title) = 0;
+};
 
 class CPimStore
 {
@@ -19,7 +31,7 @@ public:
     ~CPimStore();
 
     // Opens what is read all the time; `setNextEvent` re-arms timer 2 of the owner (milliseconds
-    // from now, -1 stops it). The volume may be null: everything is empty then.
+    // from now, a day at most; -1 stops it). The volume may be null: everything is empty then.
     void Initialize(std::shared_ptr<CPropertyVolume> volume, std::function<void(qint64)> setNextEvent = {});
     void Shutdown();
     bool IsOpen() const;
@@ -31,7 +43,7 @@ public:
     DATE CursorDate() const;        // whole day; NO_DATE before the first LoadRange
     CDayItems* FindDay(int day);
     void Clear();                   // drops all cached days
-    COLORREF GetItemColor(const CPimItem& item);
+    COLORREF GetItemColor(const CPimItem& item) const;
     bool OnNextEventTimer(DATE now); // true if the moment changed
     void ReapplyFilter();
 
@@ -46,14 +58,49 @@ public:
     // All notices since the last drain, in one go.
     CDrain DrainNotices();
 
-    // Fetched when asked for.
+    // Fetched when asked for. `occurrenceDay` is the original day of an occurrence, 0 for the item.
     bool GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note, QString& attendees);
-    // The occurrence of an appointment on that day (or the item itself), as the cache would hold it.
+    bool ReadAttendees(quint32 itemId, std::vector<CAttendee>& attendees);
+    // The occurrence of an appointment on that day (or the item itself), as the cache would hold
+    // it. One that was moved to the day wins over the one that the pattern puts there.
     bool ReadOccurrence(quint32 itemId, int day, CAppointment& item);
+    // From the object, with exact values, for editing: an all-day end is the last day itself.
+    void ReadAppointmentFromModel(IAppointment& item, CAppointment& appointment);
+    // The UID of a record, empty when it has none; quick for records loaded after KeepUids(true).
+    QString GetUid(CEOID oid);
+    void KeepUids(bool keep);
+
+    // ---- writing (appointment_writer.cpp). Occurrences are named by their original day.
+
+    // The appointment to edit: the item, or with `questions` given and a series the one that the user
+    // chooses. Null when there is none or the user went back; `onlyOccurrence` says which it is.
+    std::unique_ptr<IAppointment> GetEditTarget(IPOutlookApp& app, quint32 itemId, int occurrenceDay,
+                                                IWriterQuestions* questions, bool* onlyOccurrence = nullptr);
+    // An item identifier of 0 makes a new one. `attendees` null leaves them alone. False when nothing
+    // was saved; the user has then been told.
+    bool SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note, bool onlyOccurrence,
+                         const std::vector<CAttendee>* attendees, int occurrenceDay, IWriterQuestions* questions);
+    // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
+    bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
+    bool DuplicateItem(IPOutlookApp& app, quint32 itemId);
 
 private:
     struct Private;
     std::unique_ptr<Private> d;
+};
+
+// The object model for one operation: logged on while it lives.
+class CPoomSession
+{
+public:
+    explicit CPoomSession(const std::shared_ptr<CPropertyVolume>& volume);
+    ~CPoomSession();
+    CPoomSession(const CPoomSession&) = delete;
+    CPoomSession& operator=(const CPoomSession&) = delete;
+    IPOutlookApp* App() const { return m_app.get(); } // null when there is no volume or the logon failed
+
+private:
+    std::unique_ptr<IPOutlookApp> m_app;
 };
 
 CPimStore& PimStore(); // the global one

@@ -1,0 +1,182 @@
+// What the store writes of appointments, all of it through the object model. The change comes back
+// to the cache by its notice.
+#include "pim/pim_store_private.h"
+
+#include "util/string_ids.h"
+#include "util/string_store.h"
+
+namespace
+{
+using Choice = IWriterQuestions::Choice;
+
+struct CSeriesQuestion {
+    int Question, OccurrenceText, SeriesText; // string numbers
+};
+constexpr CSeriesQuestion kEditQuestion = {StringId::StrEditSeriesQuestion, StringId::StrEditOccurrence,
+                                           StringId::StrEditSeries};
+constexpr CSeriesQuestion kDeleteQuestion = {StringId::StrDeleteSeriesQuestion, StringId::StrDeleteOccurrence,
+                                             StringId::StrDeleteSeries};
+
+// First: the occurrence; Second: the series.
+Choice AskSeries(IWriterQuestions& questions, const CSeriesQuestion& texts)
+{
+    return questions.AskTwoWays(GetString(texts.Question), GetString(StringId::StrOccurrence),
+                                GetString(texts.OccurrenceText), GetString(StringId::StrSeries),
+                                GetString(texts.SeriesText));
+}
+
+void Tell(IWriterQuestions* questions, int text, int title)
+{
+    if (questions)
+        questions->ShowMessage(GetString(text), GetString(title));
+}
+
+std::unique_ptr<IAppointment> FindOccurrence(IAppointment& series, int day)
+{
+    std::unique_ptr<IAppointment> occurrence;
+    if (day == 0 || !series.GetRecurrencePattern()->GetOccurrence(day, occurrence))
+        return nullptr;
+    return occurrence;
+}
+
+std::unique_ptr<IAppointment> SaveTarget(IPOutlookApp& app, quint32 itemId, bool onlyOccurrence, int occurrenceDay)
+{
+    if (itemId == 0)
+        return app.CreateAppointment();
+    std::unique_ptr<IAppointment> item;
+    if (!app.GetAppointmentFromOid(itemId, item))
+        return nullptr;
+    return onlyOccurrence && item->get_IsRecurring() ? FindOccurrence(*item, occurrenceDay) : std::move(item);
+}
+
+void PutTimes(IAppointment& target, const CAppointment& item)
+{
+    target.put_Start(item.Start);
+    target.put_End(item.End);
+    target.put_AllDayEvent(item.AllDay);
+}
+
+void PutRecurrence(IAppointment& target, const CAppointment& item)
+{
+    if (item.IsRecurring()) {
+        IRecurrencePattern* pattern = target.GetRecurrencePattern();
+        pattern->put_StartTime(item.Start);
+        pattern->put_EndTime(item.End);
+    } else if (target.get_IsRecurring()) {
+        target.ClearRecurrencePattern();
+    }
+}
+
+void PutNote(IAppointment& target, const QString& note, bool isNew)
+{
+    if (!note.isEmpty() || (!isNew && !target.get_Body().isEmpty()))
+        target.put_Body(note);
+}
+
+// Result: false when the request that goes with attendees could not be handed on.
+bool PutAttendees(IAppointment& target, const std::vector<CAttendee>& attendees)
+{
+    IRecipients* recipients = target.get_Recipients();
+    bool good = true;
+    for (int i = recipients->get_Count(); i >= 1; --i)
+        good = recipients->Remove(i).IsOk() && good;
+    for (const CAttendee& attendee : attendees) {
+        if (IRecipient* recipient = recipients->Add(attendee.Name))
+            recipient->put_Address(attendee.Address);
+    }
+    return attendees.empty() ? good : target.Send().IsOk() && good;
+}
+
+bool DeleteWithCancel(IAppointment& target)
+{
+    // A cancellation that is not handed on must not keep the item alive.
+    if (target.get_Recipients()->get_Count() > 0)
+        (void)target.Cancel();
+    return target.Delete().IsOk();
+}
+} // namespace
+
+std::unique_ptr<IAppointment> CPimStore::GetEditTarget(IPOutlookApp& app, quint32 itemId, int occurrenceDay,
+                                                       IWriterQuestions* questions, bool* onlyOccurrence)
+{
+    if (onlyOccurrence)
+        *onlyOccurrence = false;
+    std::unique_ptr<IAppointment> item;
+    if (!app.GetAppointmentFromOid(itemId, item) || !item->get_IsRecurring() || !questions)
+        return item;
+    const Choice choice = AskSeries(*questions, kEditQuestion);
+    if (choice == Choice::Second)
+        return item;
+    if (choice == Choice::None)
+        return nullptr;
+    std::unique_ptr<IAppointment> occurrence = FindOccurrence(*item, occurrenceDay);
+    if (!occurrence)
+        Tell(questions, StringId::StrOccurrenceFailed, StringId::StrErrorCaption);
+    else if (onlyOccurrence)
+        *onlyOccurrence = true;
+    return occurrence;
+}
+
+bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note, bool onlyOccurrence,
+                                const std::vector<CAttendee>* attendees, int occurrenceDay,
+                                IWriterQuestions* questions)
+{
+    if (!app)
+        return false;
+    const std::unique_ptr<IAppointment> target = SaveTarget(*app, item.ItemId, onlyOccurrence, occurrenceDay);
+    if (!target) {
+        Tell(questions, StringId::StrSaveFailed, StringId::StrSaveFailedCaption);
+        return false;
+    }
+    target->put_Subject(item.Subject);
+    target->put_Location(item.Location);
+    PutTimes(*target, item);
+    if (!onlyOccurrence) {
+        target->put_Sensitivity(item.IsPrivate() ? 2 : 0);
+        target->put_ReminderSet(item.ReminderSet);
+        target->put_ReminderMinutesBeforeStart(item.ReminderMinutes);
+    }
+    target->put_BusyStatus(item.BusyStatus);
+    PutNote(*target, note, item.ItemId == 0);
+    if (!onlyOccurrence)
+        PutRecurrence(*target, item);
+    target->put_Categories(d->Categories.GetNamesText(item.Categories));
+    if (attendees)
+        PutAttendees(*target, *attendees);
+    if (target->Save())
+        return true;
+    Tell(questions, StringId::StrSaveFailed, StringId::StrSaveFailedCaption);
+    return false;
+}
+
+bool CPimStore::DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions)
+{
+    std::unique_ptr<IAppointment> item;
+    if (!app.GetAppointmentFromOid(itemId, item))
+        return false;
+    if (!item->get_IsRecurring())
+        return DeleteWithCancel(*item);
+    Choice choice = occurrenceDay != 0 ? Choice::First : Choice::Second;
+    if (questions)
+        choice = AskSeries(*questions, kDeleteQuestion);
+    if (choice == Choice::None)
+        return false;
+    if (choice == Choice::Second)
+        return DeleteWithCancel(*item);
+    const std::unique_ptr<IAppointment> occurrence = FindOccurrence(*item, occurrenceDay);
+    return occurrence && DeleteWithCancel(*occurrence);
+}
+
+bool CPimStore::DuplicateItem(IPOutlookApp& app, quint32 itemId)
+{
+    std::unique_ptr<IAppointment> item;
+    if (!app.GetAppointmentFromOid(itemId, item))
+        return false;
+    const std::unique_ptr<IAppointment> copy = item->Copy();
+    if (!copy)
+        return false;
+    const QString body = item->get_Body();
+    if (!body.isEmpty())
+        copy->put_Body(body);
+    return copy->Save().IsOk();
+}

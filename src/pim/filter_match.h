@@ -1,0 +1,6 @@
+// Whether an item passes a category filter: the one place that decides `Visible`.
+#pragma once
+#include "pim/items.h"
+#include "settings/filter.h"
+
+bool MatchesFilter(const CFilter& filter, const CCategorySet& categories);

@@ -1,0 +1,16 @@
+// What the parts of the store share. Only sources of the store include this header.
+#pragma once
+#include "pim/item_cache.h"
+#include "pim/pim_store.h"
+
+struct CPimStore::Private {
+    void RearmTimer();
+    int Digest(const std::vector<CVolumeChange>& changes);
+
+    CCategoryStore Categories;
+    CItemCache Cache{Categories};
+    std::shared_ptr<CPropertyVolume> Volume;
+    std::function<void(qint64)> SetNextEvent;
+    DATE CursorDate = NO_DATE;
+    qint64 LastChange = 0;
+};
