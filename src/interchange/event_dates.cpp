@@ -95,7 +95,7 @@ void CEventReader::FinishEnd(const CFileMoment& start)
     if (start.IsDate) // whole days
         wall = WallOfDay(DayOfWall(wall + kDaySeconds - 1));
     if (wall < dates.Start) {
-        m_report.Note(at->Number, QStringLiteral("its end lies before its start and was moved there"));
+        m_report.LeftOut(at->Number, QStringLiteral("its end lies before its start"));
         return;
     }
     if (!IsStorable(wall)) {
