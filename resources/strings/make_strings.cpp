@@ -77,7 +77,11 @@ std::string Markup(const std::string& text)
 {
     std::string result;
     for (const char c : text)
-        result += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '"' ? "&quot;" : std::string(1, c);
+        result += c == '&'   ? "&amp;"
+                  : c == '<' ? "&lt;"
+                  : c == '>' ? "&gt;"
+                  : c == '"' ? "&quot;"
+                             : std::string(1, c);
     return result;
 }
 
@@ -89,10 +93,11 @@ void WriteTable(const std::vector<Entry>& entries, std::ostream& out)
 
 void WriteSource(const std::vector<Entry>& entries, const std::string& language, std::ostream& out)
 {
-    out << "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE TS>\n<TS version=\"2.1\" language=\"" << language
-        << "\" sourcelanguage=\"en\">\n<context>\n    <name></name>\n";
+    out << "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE TS>\n<TS version=\"2.1\" language=\""
+        << language << "\" sourcelanguage=\"en\">\n<context>\n    <name></name>\n";
     for (const Entry& entry : entries) {
-        out << "    <message id=\"" << entry.Number << "\">\n        <source>" << Markup(entry.Text) << "</source>\n";
+        out << "    <message id=\"" << entry.Number << "\">\n        <source>" << Markup(entry.Text)
+            << "</source>\n";
         if (entry.Note != "-")
             out << "        <extracomment>" << Markup(entry.Note) << "</extracomment>\n";
         out << "        <translation>" << Markup(entry.Text) << "</translation>\n    </message>\n";

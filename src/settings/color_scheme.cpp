@@ -12,7 +12,10 @@ constinit COLORREF s_highlightText = SystemColor::HighlightText;
 const QString kSection = QStringLiteral("Colors-Current");
 
 // What the device theme's table would hold. Only the band under day titles is asked for.
-COLORREF ShellColor(int index, COLORREF fallback) { return index == 8 ? SystemColor::TitleBand : fallback; }
+COLORREF ShellColor(int index, COLORREF fallback)
+{
+    return index == 8 ? SystemColor::TitleBand : fallback;
+}
 } // namespace
 
 void SetSystemColors(COLORREF highlight, COLORREF highlightText)
@@ -21,8 +24,14 @@ void SetSystemColors(COLORREF highlight, COLORREF highlightText)
     s_highlightText = highlightText & 0xFFFFFF;
 }
 
-COLORREF GetHighlightColor() { return s_highlight; }
-COLORREF GetHighlightTextColor() { return s_highlightText; }
+COLORREF GetHighlightColor()
+{
+    return s_highlight;
+}
+COLORREF GetHighlightTextColor()
+{
+    return s_highlightText;
+}
 
 void CColorScheme::ResetColors()
 {

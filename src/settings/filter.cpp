@@ -75,6 +75,6 @@ QString CFilter::ToText(const ICategoryNames* names) const
 {
     const QString include = m_includeText.isEmpty() ? NamesOf(IncludeIds, names) : m_includeText;
     const QString exclude = m_excludeText.isEmpty() ? NamesOf(ExcludeIds, names) : m_excludeText;
-    return QStringList{Name, QString::number(IncludeMode), include, QString::number(ExcludeMode), exclude}.join(
-        kSeparator);
+    return QStringList{Name, QString::number(IncludeMode), include, QString::number(ExcludeMode), exclude}
+        .join(kSeparator);
 }

@@ -54,7 +54,8 @@ FontSpec GetFontSpec(int id, int densityMultiple)
 {
     FontSpec spec;
     spec.ClearType = g_Settings.General.ForceClearType == 1;
-    const auto row = std::find_if(std::begin(kFonts), std::end(kFonts), [id](const FontRow& f) { return f.Id == id; });
+    const auto row =
+        std::find_if(std::begin(kFonts), std::end(kFonts), [id](const FontRow& f) { return f.Id == id; });
     if (row == std::end(kFonts))
         return spec;
     const qint64 multiple = std::clamp(densityMultiple, 1, 4);

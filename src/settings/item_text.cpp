@@ -7,7 +7,10 @@
 
 namespace
 {
-QString TimeOf(DATE date) { return GetTimeFormat(kTimeNoSeconds, SystemTimeOf(date)); }
+QString TimeOf(DATE date)
+{
+    return GetTimeFormat(kTimeNoSeconds, SystemTimeOf(date));
+}
 
 // An order as the locale gives it: a number, or the code of its digit.
 int OrderOf(LocaleValue value)
@@ -16,7 +19,10 @@ int OrderOf(LocaleValue value)
     return order < 0 ? 0 : order > 2 ? order - 48 : order;
 }
 
-QString Filled(int id, int number) { return GetString(id).replace(QStringLiteral("%d"), QString::number(number)); }
+QString Filled(int id, int number)
+{
+    return GetString(id).replace(QStringLiteral("%d"), QString::number(number));
+}
 } // namespace
 
 QString FormatRowPrefix(int rowDay, bool allDay, DATE start, DATE end)
@@ -92,4 +98,7 @@ QString FormatReminder(int minutes)
     return GetString(StrReminderZero);
 }
 
-QString GetLocaleText(LocaleValue value) { return GetLocaleInfo(value); }
+QString GetLocaleText(LocaleValue value)
+{
+    return GetLocaleInfo(value);
+}

@@ -26,8 +26,14 @@ constexpr QuickTextList kQuickTextLists[] = {
     {"MyTextNotes", &CSettings::m_myTextNotes, StrQuickNote0},
 };
 
-QString Name(const char* text) { return QString::fromLatin1(text); }
-QString Numbered(const char* text, int number) { return Name(text) + QString::number(number); }
+QString Name(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+QString Numbered(const char* text, int number)
+{
+    return Name(text) + QString::number(number);
+}
 
 // The locale counts from Monday, the settings from Sunday.
 int LocaleStartDay()
@@ -81,7 +87,7 @@ void CSettings::Load(bool withFilters)
     m_filters.clear();
     m_categories.clear();
     m_installFolder = FindInstallFolder();
-    if (m_file.Path().isEmpty())
+    if (m_file.Path().isEmpty() && !m_installFolder.isEmpty())
         m_file.SetPath(m_installFolder + u'/' + kSettingsFileName);
     m_file.Load();
 

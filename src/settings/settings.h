@@ -53,7 +53,7 @@ public:
     CFilter m_activeFilter;
     std::vector<CFilter> m_filters; // 20 once loaded
     qint32 m_currentFilterIndex = -1;
-    DATE m_completedCutoff = 0; // completed tasks before it are ignored
+    DATE m_completedCutoff = 0;                        // completed tasks before it are ignored
     std::map<QString, CCategorySettings> m_categories; // by name
     QStringList m_myTextSubjects, m_myTextLocations, m_myTextNotes;
 

@@ -16,8 +16,14 @@ bool IsNameStart(char16_t c)
 {
     return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');
 }
-bool IsBlank(char16_t c) { return c == u' ' || c == u'\t'; }
-bool IsLineEnd(char16_t c) { return c == u'\r' || c == u'\n'; }
+bool IsBlank(char16_t c)
+{
+    return c == u' ' || c == u'\t';
+}
+bool IsLineEnd(char16_t c)
+{
+    return c == u'\r' || c == u'\n';
+}
 
 // The file's text up to its first zero.
 QString TextOf(const QByteArray& bytes)
@@ -168,7 +174,15 @@ QByteArray CSettingsFile::ToBytes() const
 
 void CSettingsFile::Parse(QStringView text)
 {
-    enum { ExpectSection, InSectionName, BetweenEntries, InKey, BeforeValue, InValue, InComment } state = ExpectSection;
+    enum {
+        ExpectSection,
+        InSectionName,
+        BetweenEntries,
+        InKey,
+        BeforeValue,
+        InValue,
+        InComment
+    } state = ExpectSection;
     qsizetype start = 0;
     QString section, key;
     const auto cut = [&](qsizetype end) { return text.mid(start, end - start); };
@@ -286,7 +300,8 @@ bool CSettingsFile::SetBool(const QString& section, const QString& key, bool val
 bool CSettingsFile::SetColor(const QString& section, const QString& key, COLORREF value)
 {
     return SetString(section, key,
-                     value == kColorNotSet ? kNotSetText : Joined({RedOf(value), GreenOf(value), BlueOf(value)}));
+                     value == kColorNotSet ? kNotSetText
+                                           : Joined({RedOf(value), GreenOf(value), BlueOf(value)}));
 }
 
 bool CSettingsFile::SetRect(const QString& section, const QString& key, const CSettingsRect& rect)

@@ -65,7 +65,8 @@ public:
     bool SetPoint(const QString& section, const QString& key, QPoint point);
 
     // A miss is false and leaves the target; rectangles and points are zeroed first.
-    bool GetString(const QString& section, const QString& key, QString* value) const; // stripped, on a miss too
+    bool GetString(const QString& section, const QString& key,
+                   QString* value) const; // stripped, on a miss too
     bool GetInt(const QString& section, const QString& key, qint32* value) const;
     bool GetBool(const QString& section, const QString& key, bool* value) const;
     bool GetColor(const QString& section, const QString& key, COLORREF* value) const;

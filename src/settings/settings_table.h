@@ -19,7 +19,9 @@ struct CSettingKey {
     qint32 In(const CSettingsValues& values) const { return In(const_cast<CSettingsValues&>(values)); }
 };
 
+// clang-format off
 #define KEY(section, key, value) {#section, #key, std::uint16_t(offsetof(CSettingsValues, section.key)), value}
+// clang-format on
 inline constexpr CSettingKey kSettingKeys[] = {
     KEY(General, LastView, 0),
     KEY(General, ForceClearType, 1),

@@ -25,8 +25,8 @@ struct CSettingsValues {
         qint32 CustomTitlebarSize;     // index into 14 .. 28
     } General;
     struct {
-        qint32 TextSize;        // text sizes: index into 7 .. 24
-        qint32 ViewTitleFormat; // title table 400
+        qint32 TextSize;            // text sizes: index into 7 .. 24
+        qint32 ViewTitleFormat;     // title table 400
         qint32 IncludeTimelines;    // 0 no, 1 on top, 2 at the bottom
         qint32 IncludeLeadingRects; // 0 no, 1 category colours, 2 status colours
         qint32 SingleLine;

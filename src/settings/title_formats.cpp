@@ -7,7 +7,8 @@ namespace
 {
 QString WithSeparator(const char* picture)
 {
-    return QString::fromLatin1(picture).replace(QStringLiteral("%s"), GetLocaleInfo(LocaleValue::DateSeparator));
+    return QString::fromLatin1(picture).replace(QStringLiteral("%s"),
+                                                GetLocaleInfo(LocaleValue::DateSeparator));
 }
 
 QString Format(DATE date, const QString& picture)
@@ -30,7 +31,8 @@ bool FormatRange(int index, DATE first, DATE second, QString* text)
     if (index < 0 || index > 5)
         return false;
     const int shown = index == 0 ? RegionalIndex() : index;
-    const QString picture = shown == 5 ? QStringLiteral("MMM dd") : WithSeparator(shown <= 2 ? kMonthDay : kDayMonth);
+    const QString picture =
+        shown == 5 ? QStringLiteral("MMM dd") : WithSeparator(shown <= 2 ? kMonthDay : kDayMonth);
     const QString begin = Format(first, picture);
     const QString dash = QStringLiteral(" - ");
     if (shown == 2 || shown == 4) // the first date's text is part of the second one's picture
@@ -70,8 +72,8 @@ bool FormatDayTitle(int index, DATE date, QString* text)
         return true;
     }
     static constexpr const char* kPictures[] = {
-        "dddd',' MMM dd", "dddd',' MMM dd yyyy", "ddd',' MMM dd yyyy", "ddd',' MMM dd",
-        nullptr,          nullptr,               "ddd',' dd MMM yyyy",
+        "dddd',' MMM dd", "dddd',' MMM dd yyyy", "ddd',' MMM dd yyyy", "ddd',' MMM dd", nullptr,
+        nullptr,          "ddd',' dd MMM yyyy",
     };
     if (index < 0 || index >= int(std::size(kPictures)))
         return false;

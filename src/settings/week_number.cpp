@@ -6,7 +6,10 @@
 
 namespace
 {
-int FirstOfJanuary(int year) { return DayNumberOf(year, 1, 1); }
+int FirstOfJanuary(int year)
+{
+    return DayNumberOf(year, 1, 1);
+}
 } // namespace
 
 int GetWeekNumberMode()
@@ -14,7 +17,9 @@ int GetWeekNumberMode()
     if (g_Settings.General.FirstWeekInYear != 0)
         return g_Settings.General.FirstWeekInYear - 1;
     const QString rule = GetLocaleInfo(LocaleValue::FirstWeekOfYear);
-    return rule.startsWith(u'1') ? kFirstFullWeek : rule.startsWith(u'2') ? kFirstFourDayWeek : kWeekOfFirstJanuary;
+    return rule.startsWith(u'1')   ? kFirstFullWeek
+           : rule.startsWith(u'2') ? kFirstFourDayWeek
+                                   : kWeekOfFirstJanuary;
 }
 
 int GetWeekNumber(int rule, DATE date)
@@ -27,7 +32,8 @@ int GetWeekNumber(int rule, DATE date)
     const int lastEarly = (weekStart + 3) % 7; // a year that begins up to this day keeps its week
     int start = FirstOfJanuary(year);
     const int back = (DayOfWeekOf(start) - weekStart + 7) % 7;
-    const bool forward = rule == kFirstFullWeek || (rule == kFirstFourDayWeek && DayOfWeekOf(start) > lastEarly);
+    const bool forward =
+        rule == kFirstFullWeek || (rule == kFirstFourDayWeek && DayOfWeekOf(start) > lastEarly);
     start += forward ? (7 - back) % 7 : -back;
 
     const int week = (day - start) / 7 + 1;

@@ -38,11 +38,13 @@ std::unique_ptr<QTranslator>& Catalogue()
 
 QString EnglishOf(int id)
 {
-    const auto found = std::lower_bound(std::begin(kEnglish), std::end(kEnglish), id,
-                                        [](const EnglishText& text, int number) { return text.Number < number; });
+    const auto found =
+        std::lower_bound(std::begin(kEnglish), std::end(kEnglish), id,
+                         [](const EnglishText& text, int number) { return text.Number < number; });
     if (found == std::end(kEnglish) || found->Number != id)
         return QString();
-    return QString::fromRawData(reinterpret_cast<const QChar*>(found->Text.data()), qsizetype(found->Text.size()));
+    return QString::fromRawData(reinterpret_cast<const QChar*>(found->Text.data()),
+                                qsizetype(found->Text.size()));
 }
 } // namespace
 
@@ -53,7 +55,8 @@ void LoadLanguageLibrary(const QString& installFolder, const QString& shareFolde
     const QString active = installFolder + QStringLiteral("/ActiveLang.qm");
     bool loaded = !installFolder.isEmpty() && QFileInfo(active).isFile() && catalogue->load(active);
     const QLocale locale(localeName);
-    if (!loaded && !localeName.isEmpty() && locale.language() != QLocale::English && locale.language() != QLocale::C)
+    if (!loaded && !localeName.isEmpty() && locale.language() != QLocale::English &&
+        locale.language() != QLocale::C)
         loaded = catalogue->load(locale, QStringLiteral("tessera"), QStringLiteral("_"),
                                  shareFolder + QStringLiteral("/translations"));
     if (loaded)

@@ -1,7 +1,10 @@
 #include "settings/color_scheme.h"
 
+#include "settings/color_table.h"
 #include "settings/settings_file.h"
 #include "settings/system_colors.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
 
 #include <gtest/gtest.h>
 
@@ -25,9 +28,19 @@ TEST_F(CColorSchemeTest, UnsetColorsFollowTheHighlight)
         int Id;
         COLORREF Color;
     } const cases[] = {
-        {504, kLight},  {3007, kLight}, {3012, kLight}, {4011, kLight}, {5004, kLight},
-        {5011, kLight}, {6005, kLight}, {6022, kLight}, {7005, kLight}, {503, kText},
-        {505, kText},   {6006, kText},  {4006, SystemColor::TitleBand},
+        {504, kLight},
+        {3007, kLight},
+        {3012, kLight},
+        {4011, kLight},
+        {5004, kLight},
+        {5011, kLight},
+        {6005, kLight},
+        {6022, kLight},
+        {7005, kLight},
+        {503, kText},
+        {505, kText},
+        {6006, kText},
+        {4006, SystemColor::TitleBand},
         {3008, Rgb(31, 16, 8)},     // 40 parts of 255
         {5003, Rgb(238, 206, 191)}, // 80 parts, the rest white
         {6001, Rgb(238, 206, 191)},
@@ -73,7 +86,8 @@ TEST_F(CColorSchemeTest, StepsThroughAllNumbers)
 {
     std::set<int> seen;
     int steps = 0;
-    for (int id = CColorScheme::NextColorId(0); id != -1 && steps < 200; id = CColorScheme::NextColorId(id), ++steps)
+    for (int id = CColorScheme::NextColorId(0); id != -1 && steps < 200;
+         id = CColorScheme::NextColorId(id), ++steps)
         seen.insert(id);
     std::set<int> wanted = {500, 1000, 2000, 3000, 4000, 5000, 6000, 7000}; // bases of the groups
     for (const auto& [id, color] : m_scheme.m_colorValues)
@@ -82,10 +96,18 @@ TEST_F(CColorSchemeTest, StepsThroughAllNumbers)
     EXPECT_EQ(seen, wanted);
 }
 
+TEST_F(CColorSchemeTest, EveryColorHasAName)
+{
+    for (const CColorKey& color : kColorKeys)
+        EXPECT_FALSE(GetString(StrColorNames + color.Id).isEmpty()) << color.Id;
+    EXPECT_TRUE(GetString(StrColorNames + 6018).isEmpty());
+}
+
 TEST_F(CColorSchemeTest, LoadsAndSaves)
 {
     CSettingsFile file;
-    file.LoadBytes("[Colors-Current]\nColorDailyViewBk=[-1]\nOther=1,1,1\nColorTasksViewBk=300,0,0\nAnother=2,2,2\n");
+    file.LoadBytes(
+        "[Colors-Current]\nColorDailyViewBk=[-1]\nOther=1,1,1\nColorTasksViewBk=300,0,0\nAnother=2,2,2\n");
     m_scheme.LoadColors(file);
     EXPECT_EQ(m_scheme.GetStoredColor(3006), kColorNotSet);
     EXPECT_EQ(m_scheme.GetStoredColor(7001), 300u); // spills over into green

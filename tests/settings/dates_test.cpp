@@ -11,7 +11,10 @@
 
 namespace
 {
-int DayOf(const QDate& date) { return DayNumberOf(date.year(), date.month(), date.day()); }
+int DayOf(const QDate& date)
+{
+    return DayNumberOf(date.year(), date.month(), date.day());
+}
 
 class CWeeksTest : public ::testing::Test
 {
@@ -37,7 +40,8 @@ TEST_F(CWeeksTest, MonthGridIsWholeWeeksAroundTheMonth)
         }
     }
     g_Settings.MonthView.StartDay = 0;
-    EXPECT_EQ(GetMonthGridEnd(DayNumberOf(2015, 2, 10)) - GetMonthGridStart(DayNumberOf(2015, 2, 10)) + 1, 28);
+    EXPECT_EQ(GetMonthGridEnd(DayNumberOf(2015, 2, 10)) - GetMonthGridStart(DayNumberOf(2015, 2, 10)) + 1,
+              28);
     g_Settings.MonthView.StartDay = 2147483647; // a file may say anything
     EXPECT_LE(GetMonthGridStart(DayNumberOf(2015, 2, 10)), DayNumberOf(2015, 2, 1));
     g_Settings.MonthView.StartDay = -3;

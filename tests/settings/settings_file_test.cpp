@@ -25,7 +25,8 @@ std::string Dump(const CSettingsFile& file)
         text += name + '{';
         const CSettingsSection* section = file.FindSection(name);
         for (qsizetype i = 0; i < section->m_keyOrder.size(); ++i)
-            text += (i ? "|" : "") + section->m_keyOrder[i] + '=' + section->m_values.at(section->m_keyOrder[i]);
+            text +=
+                (i ? "|" : "") + section->m_keyOrder[i] + '=' + section->m_values.at(section->m_keyOrder[i]);
         text += '}';
     }
     return text.replace("\r", "\\r").replace("\n", "\\n").toStdString();
@@ -116,8 +117,9 @@ TEST(SettingsFile, WritesItsForm)
     file.SetRect("General", "Rect", {1, -2, 3, 4});
     file.SetPoint("General", "Point", {-5, 6});
     file.SetString("General", "LastView", u"\u20AC"_qs); // keeps its place
-    EXPECT_EQ(file.ToBytes(), Utf16(u"\r\n[Empty]\r\n\r\n[General]\r\nLastView=\u20AC\r\nFlag=1\r\nColor=1,2,3\r\n"
-                                    "NoColor=[-1]\r\nRect=1,-2,3,4\r\nPoint=-5,6\r\n"_qs));
+    EXPECT_EQ(file.ToBytes(),
+              Utf16(u"\r\n[Empty]\r\n\r\n[General]\r\nLastView=\u20AC\r\nFlag=1\r\nColor=1,2,3\r\n"
+                    "NoColor=[-1]\r\nRect=1,-2,3,4\r\nPoint=-5,6\r\n"_qs));
     CSettingsFile read;
     read.LoadBytes(file.ToBytes());
     EXPECT_EQ(Dump(read), Dump(file));
@@ -130,7 +132,8 @@ TEST(SettingsFile, RoundTripHasItsLimits)
         const char* Put;
         const char* Got;
     } const cases[] = {
-        {"a;b", "a"}, {";b", ";b"}, {";b;c", ";b"}, {"  a ", "a"}, {"", ""}, {"a\r\nb=c", "a"}, {"[T]", "[T]"},
+        {"a;b", "a"}, {";b", ";b"},      {";b;c", ";b"}, {"  a ", "a"},
+        {"", ""},     {"a\r\nb=c", "a"}, {"[T]", "[T]"},
     };
     for (const auto& c : cases) {
         CSettingsFile file, read;

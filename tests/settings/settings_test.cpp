@@ -43,7 +43,10 @@ protected:
         return settings;
     }
     QString Path() const { return m_folder.filePath("ZELVCalendar.ini"); }
-    QString Saved() const { return QString::fromUtf16(reinterpret_cast<const char16_t*>(ReadFile(Path()).constData())); }
+    QString Saved() const
+    {
+        return QString::fromUtf16(reinterpret_cast<const char16_t*>(ReadFile(Path()).constData()));
+    }
     // A section as it was saved, its lines joined by "|".
     std::string SavedSection(const QString& name) const
     {
@@ -67,11 +70,15 @@ public:
     std::optional<qint32> NumberOf(const QString& name) const override
     {
         const QString lower = name.toLower();
-        return lower == "work" ? std::optional<qint32>(7) : lower == "home" ? std::optional<qint32>(3) : std::nullopt;
+        return lower == "work"   ? std::optional<qint32>(7)
+               : lower == "home" ? std::optional<qint32>(3)
+                                 : std::nullopt;
     }
     std::optional<QString> NameOf(qint32 number) const override
     {
-        return number == 7 ? std::optional<QString>("Work") : number == 3 ? std::optional<QString>("Home") : std::nullopt;
+        return number == 7   ? std::optional<QString>("Work")
+               : number == 3 ? std::optional<QString>("Home")
+                             : std::nullopt;
     }
 };
 } // namespace
@@ -145,8 +152,9 @@ TEST_F(CSettingsTest, QuickTexts)
 
 TEST_F(CSettingsTest, CategoriesAreRenumberedByName)
 {
-    CSettings settings = LoadedFrom("[Categories]\nCategory0=zoo\nColor0=1,2,3\nCategory1=Plain\nCategory2=Art\n"
-                                "Image2=zip:art.zip:pen\nColor2=[-1]\nCategory4=Lost\nColor4=9,9,9\n");
+    CSettings settings =
+        LoadedFrom("[Categories]\nCategory0=zoo\nColor0=1,2,3\nCategory1=Plain\nCategory2=Art\n"
+                   "Image2=zip:art.zip:pen\nColor2=[-1]\nCategory4=Lost\nColor4=9,9,9\n");
     ASSERT_EQ(settings.m_categories.size(), 3u);
     EXPECT_EQ(settings.m_categories["zoo"].Color, Rgb(1, 2, 3));
     EXPECT_EQ(settings.m_categories["Plain"], CCategorySettings());
@@ -159,11 +167,11 @@ TEST_F(CSettingsTest, FiltersWithCategories)
     CTwoNames names;
     m_names = &names;
     CSettings settings = LoadedFrom("[Filters]\n"
-                                "Filter0=Mine@@!@@2@@!@@work, Home , Gone,,@@!@@1@@!@@HOME\n"
-                                "Filter1=Short@@!@@3\n"
-                                "Filter2=\n"
-                                "Filter19=Last\n"
-                                "CurrentIndex=1\n");
+                                    "Filter0=Mine@@!@@2@@!@@work, Home , Gone,,@@!@@1@@!@@HOME\n"
+                                    "Filter1=Short@@!@@3\n"
+                                    "Filter2=\n"
+                                    "Filter19=Last\n"
+                                    "CurrentIndex=1\n");
     ASSERT_EQ(settings.m_filters.size(), 20u);
     const CFilter& mine = settings.m_filters[0];
     EXPECT_EQ(mine.IncludeIds, (std::set<qint32>{3, 7}));
@@ -283,7 +291,8 @@ TEST_F(CSettingsTest, InstallFolder)
     ASSERT_TRUE(CRegistry::WriteString(kRegistryKey, "InstallPath", m_folder.filePath("installed")));
     settings.Load(true);
     EXPECT_EQ(settings.m_installFolder, m_folder.filePath("installed"));
-    EXPECT_EQ(settings.m_file.Path(), m_folder.filePath("data/tessera/ZELVCalendar.ini")); // once chosen it stays
+    EXPECT_EQ(settings.m_file.Path(),
+              m_folder.filePath("data/tessera/ZELVCalendar.ini")); // once chosen it stays
     CSettings other;
     other.Load(true);
     EXPECT_EQ(other.m_file.Path(), m_folder.filePath("installed/ZELVCalendar.ini"));

@@ -60,12 +60,14 @@ TEST(TitleFormats, Tables)
     for (const TitleCase& c : kTitles) {
         QString text = "as before";
         SetLocale(&american);
-        EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text)) << c.Table << ' ' << c.Index;
+        EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text))
+            << c.Table << ' ' << c.Index;
         EXPECT_EQ(text.toStdString(), c.American) << c.Table << ' ' << c.Index;
         if (!c.German)
             continue;
         SetLocale(german.get());
-        EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text)) << c.Table << ' ' << c.Index;
+        EXPECT_TRUE(FormatViewTitle(c.Table, c.Index, kFirst + 0.7, kSecond, &text))
+            << c.Table << ' ' << c.Index;
         EXPECT_EQ(text.toStdString(), c.German) << c.Table << ' ' << c.Index << " in German";
     }
 }
@@ -73,7 +75,8 @@ TEST(TitleFormats, Tables)
 TEST(TitleFormats, RefusesWhatTheTablesHaveNot)
 {
     CFakeLocale locale;
-    const int counts[][2] = {{0, 6}, {100, 6}, {1, 7}, {400, 7}, {101, 5}, {200, 4}, {300, 6}, {2, 0}, {-1, 0}, {500, 0}};
+    const int counts[][2] = {{0, 6},   {100, 6}, {1, 7}, {400, 7}, {101, 5},
+                             {200, 4}, {300, 6}, {2, 0}, {-1, 0},  {500, 0}};
     for (const auto& [table, count] : counts) {
         for (const int index : {-2147483647, -1, count, count + 1, 2147483647}) {
             QString text = "kept";
@@ -91,7 +94,7 @@ TEST(TitleFormats, TaskDatesThatAreNotSet)
         DATE Start, Due;
         const char* Text;
     } const cases[] = {
-        {1, kFirst, NO_DATE, ""},      {3, NO_DATE, NO_DATE, ""},     {2, NO_DATE, NO_DATE, ""},
+        {1, kFirst, NO_DATE, ""},        {3, NO_DATE, NO_DATE, ""},           {2, NO_DATE, NO_DATE, ""},
         {2, NO_DATE, kSecond, "-01/11"}, {2, kFirst, NO_DATE, "01/05-01/01"}, {4, NO_DATE, kSecond, "-11/01"},
         {0, kFirst, NO_DATE, ""},
     };
@@ -128,14 +131,22 @@ TEST(ItemText, PrefixAndTimeColumn)
         const char* Compact;
         const char* OnlyStart;
     } const cases[] = {
-        {"within the day", day + ten, day + half, false, "10:00 AM: ", "10:00 AM-3:30 PM", "10:00a-03:30p", "10:00 AM"},
-        {"ends tomorrow", day + ten, day + 1 + half, false, "10:00 AM: ", "10:00 AM-Multiday", "10:00a-M.D", "10:00 AM"},
-        {"since yesterday", day - 1 + ten, day + half, false, ">3:30 PM: ", "Multiday-3:30 PM", "M.D-03:30p", "Multiday"},
-        {"yesterday to tomorrow", day - 1 + ten, day + 1 + half, false, "M.D: ", "Multiday", "M.D", "Multiday"},
-        {"a night kept here", day + half, day + 1 + ten, true, "3:30 PM: ", "3:30 PM-10:00 AM", "03:30p-10:00a", "3:30 PM"},
-        {"a later night", day - 1 + half, day + 1 + ten, true, "M.D: ", "Multiday-10:00 AM", "M.D-10:00a", "Multiday"},
-        {"two nights are too long", day + half, day + 2 + ten, true, "3:30 PM: ", "3:30 PM-Multiday", "03:30p-M.D", "3:30 PM"},
-        {"begins later than the row", day + 1, day + 1, false, "12:00 AM: ", "12:00 AM-Multiday", "12:00a-M.D", "12:00 AM"},
+        {"within the day", day + ten, day + half, false, "10:00 AM: ", "10:00 AM-3:30 PM", "10:00a-03:30p",
+         "10:00 AM"},
+        {"ends tomorrow", day + ten, day + 1 + half, false, "10:00 AM: ", "10:00 AM-Multiday", "10:00a-M.D",
+         "10:00 AM"},
+        {"since yesterday", day - 1 + ten, day + half, false, ">3:30 PM: ", "Multiday-3:30 PM", "M.D-03:30p",
+         "Multiday"},
+        {"yesterday to tomorrow", day - 1 + ten, day + 1 + half, false, "M.D: ", "Multiday", "M.D",
+         "Multiday"},
+        {"a night kept here", day + half, day + 1 + ten, true, "3:30 PM: ", "3:30 PM-10:00 AM",
+         "03:30p-10:00a", "3:30 PM"},
+        {"a later night", day - 1 + half, day + 1 + ten, true, "M.D: ", "Multiday-10:00 AM", "M.D-10:00a",
+         "Multiday"},
+        {"two nights are too long", day + half, day + 2 + ten, true, "3:30 PM: ", "3:30 PM-Multiday",
+         "03:30p-M.D", "3:30 PM"},
+        {"begins later than the row", day + 1, day + 1, false, "12:00 AM: ", "12:00 AM-Multiday",
+         "12:00a-M.D", "12:00 AM"},
     };
     for (const auto& c : cases) {
         const int row = int(day);
@@ -153,7 +164,8 @@ TEST(ItemText, GermanTimes)
 {
     const std::unique_ptr<ILocale> german = MakeLocale("de_DE");
     SetLocale(german.get());
-    EXPECT_EQ(FormatTimeRange(kFirst + 9.5 / 24, kFirst + 17 / 24.0, int(kFirst), false, false, false), "09:30-17:00");
+    EXPECT_EQ(FormatTimeRange(kFirst + 9.5 / 24, kFirst + 17 / 24.0, int(kFirst), false, false, false),
+              "09:30-17:00");
     EXPECT_EQ(FormatTime(kFirst + 9.5 / 24, true), "09:30");
     EXPECT_EQ(GetDatePattern(false), "dd.MM.yyyy");
     EXPECT_EQ(GetLocaleText(LocaleValue::DateSeparator), ".");
@@ -168,7 +180,7 @@ TEST(ItemText, Pictures)
         const char* WithYear;
         const char* Without;
     } const dates[] = {
-        {"0", "MM/dd/yyyy", "MM/dd"}, {"1", "dd/MM/yyyy", "dd/MM"}, {"2", "yyyy/MM/dd", "MM/dd"},
+        {"0", "MM/dd/yyyy", "MM/dd"},  {"1", "dd/MM/yyyy", "dd/MM"},  {"2", "yyyy/MM/dd", "MM/dd"},
         {"49", "dd/MM/yyyy", "dd/MM"}, {"50", "yyyy/MM/dd", "MM/dd"}, {"48", "MM/dd/yyyy", "MM/dd"},
         {"-3", "MM/dd/yyyy", "MM/dd"}, {"", "MM/dd/yyyy", "MM/dd"},
     };
@@ -191,9 +203,10 @@ TEST(ItemText, Reminders)
         int Minutes;
         const char* Text;
     } const cases[] = {
-        {0, "0 minutes"},   {1, "1 minutes"},   {90, "90 minutes"},  {60, "1 hours"},     {120, "2 hours"},
-        {1500, "25 hours"}, {1440, "1 days"},   {2880, "2 days"},    {10080, "1 weeks"},  {14400, "10 days"},
-        {20160, "2 weeks"}, {1441, "1441 minutes"}, {-60, "-1 hours"},
+        {0, "0 minutes"},   {1, "1 minutes"},   {90, "90 minutes"}, {60, "1 hours"},
+        {120, "2 hours"},   {1500, "25 hours"}, {1440, "1 days"},   {2880, "2 days"},
+        {10080, "1 weeks"}, {14400, "10 days"}, {20160, "2 weeks"}, {1441, "1441 minutes"},
+        {-60, "-1 hours"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(FormatReminder(c.Minutes), c.Text) << c.Minutes;
