@@ -129,8 +129,9 @@ public:
 
     QString DayName(int dayOfWeek, bool abbreviated) const override
     {
-        return m_locale.dayName(dayOfWeek == 0 ? 7 : dayOfWeek,
-                                abbreviated ? QLocale::ShortFormat : QLocale::LongFormat);
+        // The short name alone, without the full stop that some languages put in running text.
+        const int day = dayOfWeek == 0 ? 7 : dayOfWeek;
+        return abbreviated ? m_locale.standaloneDayName(day, QLocale::ShortFormat) : m_locale.dayName(day);
     }
 
     QString MonthName(int month, bool abbreviated, bool genitive) const override
