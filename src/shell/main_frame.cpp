@@ -1,0 +1,205 @@
+#include "shell/main_frame.h"
+#include "drawing/image_store.h"
+#include "drawing/screen_metrics.h"
+#include "settings/settings.h"
+#include "shell/command_request.h"
+#include "shell/instance_handover.h"
+#include "shell/locale_name.h"
+#include "touch/device_pixels.h"
+#include "touch/timer_ids.h"
+#include "touch/wait_cursor.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <algorithm>
+#include <limits>
+
+namespace
+{
+constexpr qint64 kShortestNextEventMs = 20; // the moment is rounded; do not ask in a circle
+constexpr int kFirstYear = 1900, kLastYear = 4500;
+
+// What a calendar can show: a request may carry any number.
+bool IsShowable(DATE date)
+{
+    static const int first = DayNumberOf(kFirstYear, 1, 1), last = DayNumberOf(kLastYear, 12, 31);
+    return date >= first && date < last + 1;
+}
+} // namespace
+
+// ---- lifecycle
+
+CMainFrame::CMainFrame(CFrameSetup setup)
+    : m_setup(std::move(setup)), m_saveSettingsOnExit(m_setup.SaveSettings), m_timers([this](int id) { OnTimer(id); })
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+CMainFrame::~CMainFrame()
+{
+    Shutdown(false);
+}
+
+bool CMainFrame::OnCreate()
+{
+    FetchMetrics();
+    g_Settings.Load(false);
+    m_titleLocation = g_Settings.General.CustomTitlebarLocation;
+    LoadLook();
+    OpenStore();
+    if (ServeStartupRequest(g_CommandRequest)) {
+        m_saveSettingsOnExit = false;
+        PimStore().Shutdown();
+        return false;
+    }
+    CWaitCursor wait;
+    m_up = true;
+    const DATE first = ApplyStartRequest(g_CommandRequest);
+    g_Settings.SetActiveFilter(g_Settings.m_currentFilterIndex);
+    PimStore().LoadRange(first, DayNumber(first), DayNumber(first));
+    ShowView(g_Settings.General.LastView, -1);
+    BuildSoftKeys();
+    m_timeWatcher.Bind([this](int notice) { OnClockNotice(notice); });
+    return true;
+}
+
+void CMainFrame::Shutdown(bool quit)
+{
+    const bool wasUp = m_up;
+    m_up = false;
+    m_softKeys.Clear();
+    m_timeWatcher.Stop();
+    m_timers.KillAll();
+    m_notices.reset();
+    if (m_saveSettingsOnExit && (wasUp || quit))
+        g_Settings.Save();
+    m_views.clear();
+    g_ImageStore.Clear();
+    g_Settings.SetCategoryNames(nullptr);
+    if (PimStore().IsOpen())
+        PimStore().Shutdown();
+    if (quit)
+        QCoreApplication::quit();
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event)
+{
+    Shutdown(true);
+    event->accept();
+}
+
+void CMainFrame::FetchMetrics()
+{
+    m_factor = SurfaceFactor(this);
+    g_ScreenMetrics.Init(SurfaceDensity(this), size());
+}
+
+void CMainFrame::LoadLook()
+{
+    LoadResourceLibraries(g_Settings.m_installFolder);
+    LoadLanguageLibrary(g_Settings.m_installFolder, ShareFolders().value(0), MessagesLocaleName());
+    g_Settings.RefreshTexts();
+}
+
+void CMainFrame::OpenStore()
+{
+    PimStore().Initialize(m_setup.Volume, [this](qint64 milliseconds) {
+        if (milliseconds < 0)
+            m_timers.Kill(kTimerNextEvent);
+        else
+            m_timers.Set(kTimerNextEvent, int(std::clamp(milliseconds, kShortestNextEventMs,
+                                                         qint64(std::numeric_limits<int>::max()))));
+    });
+    g_Settings.SetCategoryNames(&PimStore().Categories());
+    g_Settings.LoadFilters();
+}
+
+bool CMainFrame::ServeStartupRequest(const CCommandRequest& request)
+{
+    return request.IsSingleItem();
+}
+
+// Puts the first view into the settings; the result is the first date.
+DATE CMainFrame::ApplyStartRequest(const CCommandRequest& request)
+{
+    DATE first = GetToday();
+    auto& general = g_Settings.General;
+    if (general.DefaultView > 0)
+        general.LastView = general.DefaultView - 1;
+    if (request.Kind != RequestKind::OpenView)
+        return first;
+    if (request.View != -1)
+        general.LastView = request.View;
+    if (request.Date1 != -1.0 && request.Date1 != NO_DATE && IsShowable(request.Date1))
+        first = DayNumber(request.Date1);
+    return first;
+}
+
+// ---- notices
+
+void CMainFrame::StartNotices()
+{
+    if (!m_up || !m_setup.Volume || m_notices)
+        return;
+    m_notices = std::make_unique<CNoticePump>(m_setup.Volume,
+                                              [this](const CPimStore::CDrain& drain) { OnDatabaseChange(drain); });
+    m_notices->SetPolling(isVisible());
+}
+
+void CMainFrame::OnDatabaseChange(const CPimStore::CDrain& drain)
+{
+    if (!m_up || drain.Mask == 0)
+        return;
+    if (drain.LastParam == 1 || drain.Overflowed)
+        PimStore().OnNextEventTimer(GetNow());
+    constexpr struct {
+        int Bit, View;
+    } kTold[] = {{kMaskDaily, kViewDaily},     {kMaskListWeek, kViewList}, {kMaskListWeek, kViewWeekly},
+                 {kMaskMonth, kViewMonthly}, {kMaskTasks, kViewTasks},   {kMaskSearch, kViewSearch}};
+    for (const auto& row : kTold) {
+        if (CCalendarView* view = drain.Mask & row.Bit ? FindView(row.View) : nullptr)
+            view->OnDataChanged(drain.LastParam, drain.LastType, drain.LastOid);
+    }
+}
+
+void CMainFrame::OnClockNotice(int notice)
+{
+    CCalendarView* view = m_up ? CurrentView() : nullptr;
+    if (!view)
+        return;
+    CWaitCursor wait;
+    view->OnClockChanged(notice);
+}
+
+void CMainFrame::OnTimer(int id)
+{
+    m_timers.Kill(id); // each is set anew by whoever wants it again
+    if (id == kTimerExit)
+        close();
+    else if (id == kTimerNextEvent)
+        NextEventTimer();
+}
+
+void CMainFrame::NextEventTimer()
+{
+    const bool changed = PimStore().OnNextEventTimer(GetNow());
+    CCalendarView* view = CurrentView();
+    if (changed && view && g_Settings.General.LastView == kViewDaily)
+        view->Refresh();
+}
+
+// ---- requests from other processes
+
+void CMainFrame::ServePostedRequest()
+{
+    if (!m_up || !ReadPostedCommandLine(g_CommandRequest) || g_CommandRequest.Kind != RequestKind::OpenView)
+        return;
+    if (g_CommandRequest.View != -1)
+        ShowView(g_CommandRequest.View, -1);
+    if (g_CommandRequest.Date1 != NO_DATE && IsShowable(g_CommandRequest.Date1))
+        GoToDate(g_CommandRequest.Date1);
+}

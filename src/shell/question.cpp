@@ -1,0 +1,73 @@
+#include "shell/question.h"
+#include "drawing/image_store.h"
+#include "drawing/paint.h"
+#include "settings/system_colors.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace
+{
+constexpr int kDialogFont = 0;
+Answerer g_answerer;
+
+struct Button {
+    QString Text, Hint;
+};
+
+// The number of the button from 1 on; the last one is also the way out, which answers 0.
+int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessageBox::Icon icon, const QList<Button>& buttons)
+{
+    if (g_answerer)
+        return g_answerer(text, caption);
+    QMessageBox box(icon, caption, text, QMessageBox::NoButton, owner);
+    box.setTextFormat(Qt::PlainText);
+    box.setFont(g_ImageStore.Font(kDialogFont));
+    QPalette palette = box.palette();
+    palette.setColor(QPalette::Window, ToQColor(SystemColor::Window));
+    palette.setColor(QPalette::WindowText, ToQColor(SystemColor::WindowText));
+    box.setPalette(palette);
+    QList<QAbstractButton*> made;
+    for (const Button& button : buttons) {
+        const bool last = made.size() + 1 == buttons.size();
+        made += box.addButton(button.Text, last ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+        made.last()->setToolTip(button.Hint);
+    }
+    box.setEscapeButton(made.last());
+    box.exec();
+    const qsizetype chosen = made.indexOf(box.clickedButton());
+    return chosen < 0 || chosen + 1 == made.size() ? 0 : int(chosen) + 1;
+}
+} // namespace
+
+void SetAnswerer(Answerer answerer)
+{
+    g_answerer = std::move(answerer);
+}
+
+bool AskYesNo(QWidget* owner, const QString& text, const QString& caption)
+{
+    return RunBox(owner, text, caption, QMessageBox::Question, {{GetString(StrYes), {}}, {GetString(StrNo), {}}}) == 1;
+}
+
+void ShowMessage(QWidget* owner, const QString& text, const QString& caption)
+{
+    RunBox(owner, text, caption, QMessageBox::Warning, {{GetString(StrOk), {}}});
+}
+
+IWriterQuestions::Choice CDialogQuestions::AskTwoWays(const QString& question, const QString& first,
+                                                      const QString& firstText, const QString& second,
+                                                      const QString& secondText)
+{
+    const int answer = RunBox(m_owner, question, GetString(StrProgramTitle), QMessageBox::Question,
+                              {{first, firstText}, {second, secondText}, {GetString(StrCancel), {}}});
+    m_wentBack = answer != 1 && answer != 2;
+    return m_wentBack ? Choice::None : answer == 1 ? Choice::First : Choice::Second;
+}
+
+void CDialogQuestions::ShowMessage(const QString& text, const QString& title)
+{
+    ::ShowMessage(m_owner, text, title);
+}
