@@ -17,7 +17,7 @@ constexpr CEPROPID kRows[kRowCount] = {
     Prop::Location, Prop::ReminderSet, Prop::Attendees, Prop::Uid};
 
 constexpr qint64 kTicksPerMinute = 600000000;
-constexpr qint64 kMaxDuration = 1000000000; // minutes; what is longer is damaged, and no date holds it
+constexpr qint64 kMaxDuration = 0x7FFFFFFF; // minutes; what is longer is damaged
 // A time moves by more than a day between the outermost zones.
 constexpr int kZoneReachDays = 2;
 
