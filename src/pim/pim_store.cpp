@@ -36,7 +36,13 @@ void CPimStore::Shutdown()
 {
     if (d->SetNextEvent)
         d->SetNextEvent(-1);
-    d = std::make_unique<Private>();
+    d->SetNextEvent = nullptr;
+    d->Cache.Clear();
+    d->Cache.SetVolume(nullptr);
+    d->Categories.Close();
+    d->Volume.reset();
+    d->CursorDate = NO_DATE;
+    d->LastChange = 0;
 }
 
 bool CPimStore::IsOpen() const { return d->Volume != nullptr; }

@@ -36,7 +36,7 @@ public:
     void Shutdown();
     bool IsOpen() const;
     const std::shared_ptr<CPropertyVolume>& Volume() const;
-    CCategoryStore& Categories();
+    CCategoryStore& Categories(); // the same object as long as the store lives
 
     // The main request: remembers the current day, loads what is missing, re-arms the timer.
     bool LoadRange(DATE currentDay, int firstDay, int lastDay);
