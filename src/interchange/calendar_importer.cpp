@@ -269,7 +269,7 @@ bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& kno
     if (known.Lead && !m_app.GetAppointmentFromOid(known.Lead->ItemId, reused))
         reused.reset();
     if (plan.Records.empty()) {
-        m_report.LeftOut(event.Line, QStringLiteral("every occurrence of it is excluded"));
+        m_report.Note(event.Line, QStringLiteral("every occurrence of it is excluded"));
         if (reused)
             if (const CStatus status = reused->Delete(); !status)
                 Fail(status, event.Line);

@@ -180,7 +180,9 @@ bool CComponentReader::End(const std::string& name, CComponent& component)
     }
     const auto at = std::find(m_stack.rbegin(), m_stack.rend(), name);
     if (at == m_stack.rend()) {
-        m_report.Note(m_line.Number, QStringLiteral("END:%1 without its BEGIN").arg(QString::fromStdString(name)));
+        if (!m_toldEnd) // thousands may follow
+            m_report.Note(m_line.Number, QStringLiteral("END:%1 without its BEGIN").arg(QString::fromStdString(name)));
+        m_toldEnd = true;
         return false;
     }
     // What was open inside ends with it.
@@ -285,8 +287,8 @@ void CComponentReader::TellSkipped()
     for (Skipped& skipped : m_skipped) {
         if (skipped.Count > 0)
             m_report.LeftOut(skipped.FirstLine,
-                             QStringLiteral("%1 %2 not taken in, the first stands here")
-                                 .arg(skipped.Count).arg(QLatin1String(skipped.Told)),
+                             QStringLiteral("%1 are not taken in: %2, the first one here")
+                                 .arg(QLatin1String(skipped.Told)).arg(skipped.Count),
                              skipped.Count);
         skipped.Count = 0;
     }

@@ -67,7 +67,7 @@ private:
     int m_tooDeep = 0;                // levels beyond the limit
     bool m_wanted = false;            // m_open is handed out when it closes
     bool m_sawCalendar = false, m_inCalendar = false;
-    bool m_toldDepth = false, m_toldLong = false;
+    bool m_toldDepth = false, m_toldLong = false, m_toldEnd = false;
     size_t m_ordinaryBytes = 0, m_longBytes = 0, m_dateBytes = 0;
     std::string m_method;
     std::vector<Skipped> m_skipped;

@@ -114,7 +114,7 @@ void CEventReader::FinishRule()
     QString reason, note;
     m_event->Dates.Line = m_rule->Number;
     if (!ParseRule(line.Value, &rule, &reason, &note)) {
-        m_report.LeftOut(m_rule->Number, QStringLiteral("the rule, %1: %2").arg(reason, Shown(line.Value)));
+        m_report.LeftOut(m_rule->Number, QStringLiteral("the rule is not used, %1: %2").arg(reason, Shown(line.Value)));
         Keep(m_component->LineText(*m_rule));
         return;
     }
