@@ -61,6 +61,11 @@ QString CCategoryWriter::NamesOf(quint32 itemId)
 CStatus CCategoryWriter::NumberOf(const QString& name, qint32* number)
 {
     Load();
+    const CStatus fault = m_volume.TakeReadFault(); // else every name would be made once more
+    if (!fault) {
+        Forget();
+        return fault;
+    }
     const auto known = m_numbers.constFind(name);
     if (known != m_numbers.constEnd()) {
         *number = *known;

@@ -21,7 +21,7 @@ COutlookApp::~COutlookApp() { Logoff(); }
 
 CStatus COutlookApp::Logon()
 {
-    m_byNumber = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::RecId}, true}, false);
+    m_byNumber = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::RecId}}, false);
     if (!m_byNumber)
         return {StatusKind::Corrupt, QStringLiteral("The volume %1 holds no appointments database.").arg(m_volume->Path())};
     return {};
@@ -63,6 +63,9 @@ CStatus COutlookApp::Load(quint32 itemId, std::unique_ptr<CAppointmentObject>& i
     CEOID oid = m_byNumber->Seek(SeekType::ValueFirstEqual, number);
     if (oid != 0)
         oid = m_byNumber->ReadRecordProps(AppointmentRows(), m_rows);
+    const CStatus fault = m_volume->TakeReadFault();
+    if (!fault)
+        return fault;
     if (oid == 0)
         return {StatusKind::NotFound, QStringLiteral("There is no appointment %1.").arg(qint32(itemId))};
     item = std::make_unique<CAppointmentObject>(*this, oid, itemId, m_rows);
@@ -74,8 +77,12 @@ CStatus COutlookApp::ReadPattern(CEOID oid, CRecurrencePattern& pattern)
     if (!m_byOid)
         m_byOid = m_volume->OpenDatabase(kAppointmentsDatabase, {}, false);
     constexpr CEPROPID kIds[] = {Prop::Zone, Prop::Recurrence};
-    if (!m_byOid || m_byOid->Seek(SeekType::CeOid, {Prop::RecId, qint64(oid)}) != oid ||
-        m_byOid->ReadRecordProps(kIds, m_rows) != oid)
+    const bool found = m_byOid && m_byOid->Seek(SeekType::CeOid, {Prop::RecId, qint64(oid)}) == oid &&
+                       m_byOid->ReadRecordProps(kIds, m_rows) == oid;
+    const CStatus fault = m_volume->TakeReadFault();
+    if (!fault)
+        return fault;
+    if (!found)
         return {StatusKind::NotFound, QStringLiteral("The appointment is no longer there.")};
     pattern = CRecurrencePattern();
     if (m_rows[0].Found())

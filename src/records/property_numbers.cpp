@@ -41,8 +41,7 @@ CDatabaseSchema Appointments()
             {{{Prop::Start}},
              {{Prop::Recurring}}, // absent from plain items, so that this order holds series alone
              {{Prop::LongSpan}},
-             {{Prop::Uid}},
-             {{Prop::RecId}, true}}};
+             {{Prop::Uid}}}};
 }
 
 CDatabaseSchema Tasks()
@@ -64,7 +63,7 @@ CDatabaseSchema Tasks()
                          {Prop::TaskRecurrence, "recurrence"},
                          {Prop::Note, "note"},
                          {Prop::NoteDocument, "note_document"}}),
-            {{{Prop::Uid}}, {{Prop::RecId}, true}}};
+            {{{Prop::Uid}}}};
 }
 
 CDatabaseSchema Contacts()
@@ -87,7 +86,7 @@ CDatabaseSchema Contacts()
                          {Prop::PhonePager, "phone_pager"},
                          {Prop::Note, "note"},
                          {Prop::NoteDocument, "note_document"}}),
-            {{{Prop::Uid}}, {{Prop::RecId}, true}}};
+            {{{Prop::Uid}}}};
 }
 
 CVolumeSchema MakeSchema()
