@@ -85,7 +85,7 @@ double Contrast(COLORREF a, COLORREF b)
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
-void DrawBarPicture(QPainter& dc, const QRect& rect, int imageId, COLORREF bar)
+void DrawBarPicture(QPainter& dc, QPoint at, int imageId, COLORREF bar)
 {
     const CAlphaImage& image = g_ImageStore.Image(imageId);
     if (!image.IsValid())
@@ -94,8 +94,13 @@ void DrawBarPicture(QPainter& dc, const QRect& rect, int imageId, COLORREF bar)
     const auto [entry, isNew] = made.try_emplace({imageId, bar, g_ScreenMetrics.Multiple()});
     if (isNew)
         entry->second = MakeBarPicture(image, bar);
-    const int x = rect.x() + (rect.width() - image.Width()) / 2;
-    const int y = rect.y() + (rect.height() - image.Height()) / 2;
-    DrawImage(entry->second.Edge, dc, x, y);
-    DrawImage(entry->second.White, dc, x, y);
+    DrawImage(entry->second.Edge, dc, at.x(), at.y());
+    DrawImage(entry->second.White, dc, at.x(), at.y());
+}
+
+void DrawBarPicture(QPainter& dc, const QRect& rect, int imageId, COLORREF bar)
+{
+    const CAlphaImage& image = g_ImageStore.Image(imageId);
+    const QPoint inset((rect.width() - image.Width()) / 2, (rect.height() - image.Height()) / 2);
+    DrawBarPicture(dc, rect.topLeft() + inset, imageId, bar);
 }

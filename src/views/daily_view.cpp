@@ -147,7 +147,7 @@ void CDailyView::PrepareLook()
     m_rowPainter.InitRowPainter({settings.SingleLine == 1, settings.OnlyStartTime == 1, settings.IncludeLeadingRects,
                                  kFontText, kFontSubject, kFontSubjectPast, g_Settings.ResolveColor(kColorSubject),
                                  g_Settings.ResolveColor(kColorTime), g_Settings.ResolveColor(kColorLocation),
-                                 g_Settings.ResolveColor(kColorSpecial)});
+                                 g_Settings.ResolveColor(kColorSpecial), m_colorSelection});
     m_timeline.reset();
     if (settings.IncludeTimelines != kBarNone) {
         m_timeline = std::make_unique<CTimelineBar>(

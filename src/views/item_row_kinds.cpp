@@ -26,19 +26,18 @@ constexpr int kSpecialStatus = 0; // special events count as free
 
 QRect CItemRowPainter::DrawCheckBox(Row& row, const CTask& item) const
 {
-    const CAlphaImage& image = g_ImageStore.Image(item.Complete ? PictureTaskCompleted : PictureTaskActive);
+    const int boxImage = item.Complete ? PictureTaskCompleted : PictureTaskActive;
+    const CAlphaImage& image = g_ImageStore.Image(boxImage);
     const auto topOf = [&row](const CAlphaImage& picture) {
         return row.Full.y() + std::max(0, (row.LineHeight + D(3) - picture.Height()) / 2);
     };
     const QRect box(row.Rest.x(), topOf(image), image.Width(), image.Height());
     int right = box.x() + box.width();
-    if (row.Dc)
-        DrawImage(image, *row.Dc, box.x(), box.y());
+    DrawPicture(row, boxImage, box.x(), box.y());
     if (item.Priority == kPriorityHigh || item.Priority == kPriorityLow) {
-        const CAlphaImage& mark =
-            g_ImageStore.Image(item.Priority == kPriorityHigh ? PicturePriorityHigh : PicturePriorityLow);
-        if (row.Dc)
-            DrawImage(mark, *row.Dc, right + D(4), topOf(mark));
+        const int markImage = item.Priority == kPriorityHigh ? PicturePriorityHigh : PicturePriorityLow;
+        const CAlphaImage& mark = g_ImageStore.Image(markImage);
+        DrawPicture(row, markImage, right + D(4), topOf(mark));
         right += D(4) + mark.Width();
     }
     row.Rest.setLeft(right + S(3));
@@ -98,7 +97,7 @@ int CItemRowPainter::PaintTaskLine(Row& row, const CTask& item, const QString& d
         row.Dc->setFont(g_ImageStore.Font(m_setup.FontText));
         row.Dc->setPen(ToQColor(row.Selected ? m_colorSelectedText : dueColor));
         if (column.width() > 0)
-            DrawText(*row.Dc, due, column, kTextNoPrefix | kTextSingleLine | kTextRight | kTextVCentre);
+            DrawText(*row.Dc, due, column, kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | kTextRight | kTextVCentre);
     }
     // Without a column wide enough for check box and priority the subject follows those.
     row.Rest.setLeft(std::max(row.Rest.x(), row.Full.x() + m_timeColumnWidth + S(4)));
@@ -114,8 +113,8 @@ int CItemRowPainter::PaintTaskLine(Row& row, const CTask& item, const QString& d
 int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CAppointment& item, bool selected)
 {
     Row row = BeginRow(dc, rect, selected);
-    const CAlphaImage& image =
-        g_ImageStore.Image(item.GetKind() == kKindBirthday ? PictureBirthday : PictureAnniversary);
+    const int imageId = item.GetKind() == kKindBirthday ? PictureBirthday : PictureAnniversary;
+    const CAlphaImage& image = g_ImageStore.Image(imageId);
     row.Rest = rect.adjusted(S(4), 0, -S(12), 0);
     const QRect leading = TakeLeadingRect(row);
     const int base = std::max(image.Height(), m_subjectHeight) + D(2);
@@ -129,8 +128,7 @@ int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CApp
     const Row measuring{nullptr, row.Full, row.Rest, row.IconX, row.LineHeight, row.IconColumn, selected};
     const int textHeight = DrawRowText(measuring, item.Subject, row.Rest, m_setup.Special, m_setup.FontSubject);
     const int height = std::max(base, textHeight);
-    if (row.Dc)
-        DrawImage(image, *row.Dc, imageX, row.Full.y() + (base - image.Height()) / 2);
+    DrawPicture(row, imageId, imageX, row.Full.y() + (base - image.Height()) / 2);
     // The first line stands on the image's middle, however many follow.
     const QRect text(row.Rest.x(), row.Full.y() + (m_setup.SingleLine || textHeight > base ? 0 : (base - textHeight) / 2),
                      row.Rest.width(), height);

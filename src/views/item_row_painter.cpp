@@ -7,6 +7,7 @@
 #include "pim/pim_store.h"
 #include "settings/item_text.h"
 #include "settings/settings.h"
+#include "touch/bar_picture.h"
 #include "views/item_row_parts.h"
 
 #include <QPainter>
@@ -99,7 +100,8 @@ QRect CItemRowPainter::TakeLeadingRect(Row& row) const
     if (!m_setup.LeadingRects)
         return {};
     const QRect leading(row.Rest.x(), row.Rest.y() + D(2), S(7), 0);
-    row.Rest.setLeft(row.Rest.x() + S(6));
+    // Text of the several lines keeps off the rectangle, which is painted over it.
+    row.Rest.setLeft(row.Rest.x() + (m_setup.SingleLine ? S(6) : S(9)));
     return leading;
 }
 
@@ -133,12 +135,19 @@ CRowIcons CItemRowPainter::LayOutStatusIcons(const CPimItem& item, int x, int y,
     return result;
 }
 
+// The pictures' dark ink would vanish in the selection.
+void CItemRowPainter::DrawPicture(const Row& row, int imageId, int x, int y) const
+{
+    if (row.Dc && row.Selected)
+        DrawBarPicture(*row.Dc, QPoint(x, y), imageId, m_setup.Selection);
+    else if (row.Dc)
+        DrawImage(g_ImageStore.Image(imageId), *row.Dc, x, y);
+}
+
 void CItemRowPainter::DrawStatusIcons(const Row& row, const CRowIcons& icons) const
 {
-    if (!row.Dc)
-        return;
     for (const CRowIcon& icon : icons.Icons)
-        DrawImage(g_ImageStore.Image(icon.ImageId), *row.Dc, icon.Rect.x(), icon.Rect.y());
+        DrawPicture(row, icon.ImageId, icon.Rect.x(), icon.Rect.y());
 }
 
 void CItemRowPainter::DrawAllDayImage(Row& row)
@@ -146,8 +155,7 @@ void CItemRowPainter::DrawAllDayImage(Row& row)
     const CAlphaImage& image = g_ImageStore.Image(PictureAllDay);
     if (m_setup.SingleLine)
         row.Rest.setLeft(row.Full.x() + m_timeColumnWidth - S(12));
-    if (row.Dc)
-        DrawImage(image, *row.Dc, row.Rest.x(), row.Rest.y() + (row.LineHeight - image.Height()) / 2);
+    DrawPicture(row, PictureAllDay, row.Rest.x(), row.Rest.y() + (row.LineHeight - image.Height()) / 2);
     row.Rest.setLeft(row.Rest.x() + image.Width() + S(2));
 }
 

@@ -19,6 +19,7 @@ struct CRowPainterSetup {
     int LeadingRects = 0; // 0 none, 1 category colours, 2 status colours
     int FontText = 0, FontSubject = 0, FontSubjectPast = 0; // font numbers
     COLORREF Subject = 0, Time = 0, Location = 0, Special = 0;
+    COLORREF Selection = 0; // of the background that selected rows are painted over
 };
 
 // An icon at a row's right end.
@@ -63,6 +64,7 @@ private:
     QPainter& MeasuringDc(int font);
 
     int DrawTimeText(Row& row, const CAppointment& item, int day);
+    void DrawPicture(const Row& row, int imageId, int x, int y) const;
     void DrawStatusIcons(const Row& row, const CRowIcons& icons) const;
     void DrawAllDayImage(Row& row);
     int PaintAppointmentLines(Row& row, const CAppointment& item, int day, bool includeLocation);

@@ -17,7 +17,7 @@ protected:
     void Init(bool singleLine, int leading = 0, bool onlyStart = false)
     {
         Painter.InitRowPainter({singleLine, onlyStart, leading, 600, 601, 602, Rgb(0, 0, 20), Rgb(14, 37, 64),
-                                Rgb(14, 37, 64), Rgb(42, 120, 18)});
+                                Rgb(14, 37, 64), Rgb(42, 120, 18), Rgb(36, 112, 168)});
     }
     int Paint(QPainter* dc, CAppointment& item, int width, bool location = true, bool selected = false)
     {
