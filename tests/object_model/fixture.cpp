@@ -62,7 +62,8 @@ CRecurrencePattern CReadRecord::Pattern() const
         ParseRecurrenceZone(pattern, BytesOf(Find(Prop::Zone)->Bytes));
     if (Has(Prop::Recurrence)) {
         const QByteArray& blob = Find(Prop::Recurrence)->Bytes;
-        EXPECT_EQ(ParseRecurrence(pattern, BytesOf(blob)), blob.size() - pattern.SkippedTail.size());
+        const int used = ParseRecurrence(pattern, BytesOf(blob));
+        EXPECT_EQ(used, blob.size() - pattern.SkippedTail.size());
     }
     return pattern;
 }
