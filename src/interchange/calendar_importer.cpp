@@ -326,7 +326,10 @@ void CCalendarImporter::KeepPlaceOfLoneOccurrences(const CImportedEvent& event, 
         if (!key.OccurrenceId.startsWith(QLatin1Char('R'))
             || !ParseMoment(QStringView(key.OccurrenceId).mid(1).toLatin1().toStdString(), &moment))
             continue;
-        const int day = DayOfWall(moment.IsUtc && event.Zone ? event.Zone->ToWall(moment.Wall) : moment.Wall);
+        const qint64 wall = moment.IsUtc && event.Zone ? event.Zone->ToWall(moment.Wall) : moment.Wall;
+        const int day = DayOfWall(wall);
+        if (!moment.IsDate && !event.Dates.AllDay && SecondOfWall(wall) != SecondOfWall(event.Dates.Start))
+            continue;
         for (CPlannedRecord& record : plan.Records) {
             if (!record.IsSeries || !PatternHitsDay(record.Pattern, day))
                 continue;

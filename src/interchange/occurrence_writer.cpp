@@ -159,8 +159,10 @@ bool COccurrenceWriter::Holds(const CImportedEvent& event, int* day) const
 {
     const CFileMoment& moment = *event.RecurrenceId;
     if (m_open.IsSeries) {
-        *day = DayOfWall(moment.IsDate ? moment.Wall : WallInOpen(moment.Wall, event.RecurrenceZone));
-        return *day <= DayNumber(m_open.Pattern.PatternEnd) && PatternHitsDay(m_open.Pattern, *day);
+        const qint64 wall = moment.IsDate ? moment.Wall : WallInOpen(moment.Wall, event.RecurrenceZone);
+        *day = DayOfWall(wall);
+        const bool sameTime = moment.IsDate || m_open.AllDay || SecondOfWall(wall) / 60 == m_open.Pattern.StartMinute;
+        return sameTime && *day <= DayNumber(m_open.Pattern.PatternEnd) && PatternHitsDay(m_open.Pattern, *day);
     }
     const QString name = QLatin1Char('S') + NameOf(event);
     if (m_open.Foreign.OccurrenceId == name)
