@@ -27,7 +27,7 @@
 
 namespace
 {
-constexpr QSize kWindowSize{440, 680}; // logical: a big handheld on a desktop
+constexpr QSize kWindowSize{420, 672}; // logical: like a big handheld; a finger menu fills it
 constexpr int kHighestStatus = 192;
 
 int Complain(const QString& text)
