@@ -120,7 +120,9 @@ public:
     virtual std::unique_ptr<CPropertyDatabase> OpenDatabase(const QString& name, const CSortOrder& order,
                                                             bool autoIncrement) = 0;
 
-    // Writing. Transactions nest; the outermost commits. `durable` false is for batches.
+    // Writing. Transactions nest; the outermost commits. `durable` false is for batches. A rollback
+    // takes back what was written since its own Begin; after a write that failed for want of room
+    // or by the disk, Commit of that level refuses and rolls it back.
     virtual CStatus Begin(bool durable = true) = 0;
     virtual CStatus Commit() = 0;
     virtual void Rollback() = 0;

@@ -63,9 +63,9 @@ private:
     // opening (volume_open.cpp)
     CStatus OpenConnection(Mode mode);
     CStatus OpenUnwritable();
-    CStatus Identify(Mode mode, int* version);
+    CStatus Identify(int* version);
     CStatus EnterWalMode();
-    CStatus BringUpToDate(const CVolumeSchema& schema, Mode mode, int version);
+    CStatus BringUpToDate(const CVolumeSchema& schema, int version);
 
     // writing
     CVolumeTable* FindTable(const QString& database);
@@ -116,6 +116,9 @@ private:
 
 std::unique_ptr<CPropertyDatabase> MakeSqliteDatabase(CSqliteVolume& volume, const CVolumeTable& table,
                                                       const CVolumeOrder* order, bool autoIncrement);
+
+// Makes an empty file for its owner only; one that is there stays as it is.
+void MakePrivateFile(const QString& path);
 
 // Fills one property row from a result column; a NULL gives a row that is not found.
 void ReadColumn(sqlite3_stmt* statement, int column, CEPROPID id, CEPROPVAL& row);

@@ -12,6 +12,18 @@ QString TextOf(sqlite3_stmt* row, int column)
 {
     return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(row, column)));
 }
+
+CStatus CopyPages(const CSqliteConnection& from, const CSqliteConnection& to)
+{
+    sqlite3_backup* backup = sqlite3_backup_init(to.Handle(), "main", from.Handle(), "main");
+    if (!backup)
+        return to.LastError();
+    const int code = sqlite3_backup_step(backup, -1);
+    const int finished = sqlite3_backup_finish(backup);
+    if (code == SQLITE_DONE && finished == SQLITE_OK)
+        return CStatus();
+    return to.Error(finished != SQLITE_OK ? finished : code);
+}
 } // namespace
 
 CStatus CSqliteVolume::Check(QStringList& faults)
@@ -98,26 +110,22 @@ CStatus CSqliteVolume::CheckTable(const CVolumeTable& table, QStringList& faults
 CStatus CSqliteVolume::Backup(const QString& file)
 {
     const QFileInfo target(file);
-    if (target.absoluteFilePath() == m_path || (target.exists() && target.canonicalFilePath() == QFileInfo(m_path).canonicalFilePath()))
+    const bool same = target.absoluteFilePath() == m_path ||
+                      (target.exists() && target.canonicalFilePath() == QFileInfo(m_path).canonicalFilePath());
+    if (same)
         return {StatusKind::Invalid, QStringLiteral("A volume cannot be copied onto itself.")};
     if (target.isDir())
         return {StatusKind::Invalid, QStringLiteral("%1 is a folder.").arg(file)};
     // Copied beside the target first, so that a failure leaves an older copy as it was.
     const QString partial = target.absoluteFilePath() + QStringLiteral(".partial");
     QFile::remove(partial);
+    MakePrivateFile(partial);
     CStatus status;
     {
         CSqliteConnection copy;
         status = copy.Open(partial, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, partial);
-        if (!status)
-            return status;
-        sqlite3_backup* backup = sqlite3_backup_init(copy.Handle(), "main", m_db.Handle(), "main");
-        if (!backup)
-            return copy.LastError();
-        const int code = sqlite3_backup_step(backup, -1);
-        const int finished = sqlite3_backup_finish(backup);
-        if (code != SQLITE_DONE)
-            status = copy.Error(finished != SQLITE_OK ? finished : code);
+        if (status)
+            status = CopyPages(m_db, copy);
         // The copy is one file that can be read where nothing can be written.
         if (status)
             status = copy.Execute("PRAGMA journal_mode = DELETE");

@@ -6,7 +6,17 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <fcntl.h>
 #include <thread>
+#include <unistd.h>
+
+// A calendar is nobody else's business; the log beside it takes the same rights.
+void MakePrivateFile(const QString& path)
+{
+    const int file = open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file >= 0)
+        close(file);
+}
 
 namespace
 {
@@ -35,16 +45,16 @@ CStatus CSqliteVolume::OpenFile(const CVolumeSchema& schema, Mode mode)
     CStatus status = OpenConnection(mode);
     int version = 0;
     if (status)
-        status = Identify(mode, &version);
+        status = Identify(&version);
     if (m_readOnly && status.Kind() == StatusKind::Io) {
         status = OpenUnwritable();
         if (status)
-            status = Identify(mode, &version);
+            status = Identify(&version);
     }
     if (status && !m_readOnly)
         status = EnterWalMode();
     if (status)
-        status = BringUpToDate(schema, mode, version);
+        status = BringUpToDate(schema, version);
     if (!status) {
         m_db.Close();
         return status;
@@ -64,6 +74,8 @@ CStatus CSqliteVolume::OpenConnection(Mode mode)
         return {StatusKind::NotFound, QStringLiteral("There is no volume %1.").arg(m_path)};
     if (mode == Mode::Create && !QDir().mkpath(info.absolutePath()))
         return {StatusKind::Io, QStringLiteral("The folder %1 cannot be made.").arg(info.absolutePath())};
+    if (mode == Mode::Create)
+        MakePrivateFile(m_path);
     int flags = SQLITE_OPEN_READONLY;
     if (mode != Mode::ReadOnly)
         flags = SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
@@ -89,7 +101,7 @@ CStatus CSqliteVolume::OpenUnwritable()
 }
 
 // Tells a volume from other files, and its version; 0 and an empty file mean a new one.
-CStatus CSqliteVolume::Identify(Mode mode, int* version)
+CStatus CSqliteVolume::Identify(int* version)
 {
     const CStatement query = m_db.Prepare("SELECT (SELECT count(*) FROM sqlite_master),"
                                           " (SELECT application_id FROM pragma_application_id),"
@@ -104,7 +116,8 @@ CStatus CSqliteVolume::Identify(Mode mode, int* version)
     const int application = sqlite3_column_int(query.get(), 1);
     *version = sqlite3_column_int(query.get(), 2);
     const bool blank = empty && application == 0 && *version == 0;
-    if (application != kVolumeApplicationId && !(blank && mode == Mode::Create))
+    // A blank one is a volume too: its making was cut off before the first commit.
+    if (application != kVolumeApplicationId && !blank)
         return {StatusKind::Corrupt, QStringLiteral("%1 is not a volume of this program.").arg(m_path)};
     if (*version > kVolumeVersion)
         return {StatusKind::Invalid,
@@ -132,12 +145,14 @@ CStatus CSqliteVolume::EnterWalMode()
     return status;
 }
 
-CStatus CSqliteVolume::BringUpToDate(const CVolumeSchema& schema, Mode mode, int version)
+CStatus CSqliteVolume::BringUpToDate(const CVolumeSchema& schema, int version)
 {
     if (version == kVolumeVersion) {
         const CStatus status = ReadLayout(m_db, schema, m_layout);
         if (!status || m_readOnly || HoldsSchema(m_layout, schema))
             return status;
+    } else if (m_readOnly && m_db.Number("SELECT count(*) FROM sqlite_master") == 0) {
+        return CStatus(); // nothing in it yet, so every database is missing
     } else if (m_readOnly) {
         return {StatusKind::Invalid,
                 QStringLiteral("The volume %1 is of an older format and must be opened for writing once.").arg(m_path)};
@@ -153,7 +168,7 @@ CStatus CSqliteVolume::BringUpToDate(const CVolumeSchema& schema, Mode mode, int
     if (!status)
         return status;
     // Another program may have been quicker.
-    status = Identify(mode, &version);
+    status = Identify(&version);
     if (status)
         status = AddToLayout(m_db, schema);
     if (status)
