@@ -1,0 +1,105 @@
+// The daily view over a real volume: what others write shows, what they delete goes.
+#include <QTemporaryDir>
+
+#include "object_model/object_model.h"
+#include "records/property_numbers.h"
+#include "touch/virtual_keys.h"
+#include "views/daily_view.h"
+#include "views_fixture.h"
+
+namespace
+{
+class Notices : public CViewTest
+{
+protected:
+    void SetUp() override
+    {
+        CViewTest::SetUp();
+        PimStore().Shutdown();
+        ASSERT_TRUE(CPropertyVolume::Open(m_folder.filePath(QStringLiteral("pim.vol")), PimSchema(),
+                                          CPropertyVolume::Mode::Create, m_volume)
+                        .IsOk());
+        Model = MakePOutlookApp(m_volume);
+        ASSERT_TRUE(Model->Logon().IsOk());
+        Save(QStringLiteral("Breakfast"), 8);
+        Save(QStringLiteral("Lunch"), 12);
+        Save(QStringLiteral("Dinner"), 19);
+        PimStore().Initialize(m_volume);
+        PimStore().LoadRange(kToday, kToday, kToday);
+        View = std::make_unique<CDailyView>(Host, nullptr);
+        View->resize(240, 300);
+        View->OnCreate();
+        View->Refresh();
+    }
+    void TearDown() override
+    {
+        View.reset();
+        CViewTest::TearDown();
+        Model.reset();
+        m_volume.reset();
+    }
+    quint32 Save(const QString& subject, int hour)
+    {
+        auto item = Model->CreateAppointment();
+        item->put_Subject(subject);
+        item->put_Start(kToday + hour / 24.0);
+        item->put_End(kToday + (hour + 1) / 24.0);
+        EXPECT_TRUE(item->Save().IsOk());
+        return item->get_Oid();
+    }
+    // As the frame does when the volume stirs.
+    void Drain()
+    {
+        const CPimStore::CDrain drain = PimStore().DrainNotices();
+        EXPECT_TRUE(drain.Mask & kMaskDaily);
+        View->OnDataChanged(drain.LastParam, drain.LastType, drain.LastOid);
+    }
+    QStringList Subjects() const
+    {
+        QStringList subjects;
+        for (const auto& row : View->Rows())
+            subjects << row->m_item->Subject;
+        return subjects;
+    }
+    CRecordingHost Host;
+    std::unique_ptr<IPOutlookApp> Model;
+    std::unique_ptr<CDailyView> View;
+
+private:
+    QTemporaryDir m_folder;
+    std::shared_ptr<CPropertyVolume> m_volume;
+};
+} // namespace
+
+TEST_F(Notices, WhatOthersWriteShowsBesideTheSelection)
+{
+    ASSERT_EQ(Subjects(), QStringList({"Breakfast", "Lunch", "Dinner"}));
+    View->OnKey(kKeyDown);
+    Save(QStringLiteral("Run"), 7);
+    Drain();
+    EXPECT_EQ(Subjects(), QStringList({"Run", "Breakfast", "Lunch", "Dinner"}));
+    EXPECT_EQ(View->SelectedRow()->m_item->Subject, "Lunch");
+}
+
+TEST_F(Notices, ADeletedItemGoesAndTheFirstRowIsSelected)
+{
+    View->OnKey(kKeyDown);
+    std::unique_ptr<IAppointment> item;
+    ASSERT_TRUE(Model->GetAppointmentFromOid(View->SelectedIdentity().ItemId, item).IsOk());
+    ASSERT_TRUE(item->Delete().IsOk());
+    Drain();
+    EXPECT_EQ(Subjects(), QStringList({"Breakfast", "Dinner"}));
+    EXPECT_EQ(View->SelectedRow()->m_item->Subject, "Breakfast");
+    EXPECT_EQ(View->Scroller().ContentHeight(), View->Rows().GetAt(1)->m_bottom + 3);
+}
+
+TEST_F(Notices, ADateMoveInAHiddenViewAndBackFindsTheItemsAgain)
+{
+    // Another view moves far away, and the cache lets this day go while our rows still stand.
+    PimStore().LoadRange(kToday + 4000, kToday + 4000, kToday + 4000);
+    View->OnDataChanged(0, 0, 0);
+    EXPECT_EQ(View->Rows().GetCount(), 0);
+    PimStore().LoadRange(kToday, kToday, kToday);
+    View->Refresh();
+    EXPECT_EQ(Subjects(), QStringList({"Breakfast", "Lunch", "Dinner"}));
+}
