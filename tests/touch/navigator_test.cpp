@@ -52,7 +52,7 @@ TEST_F(Navigator, TapTellsPressThenTapOnce)
     struct {
         const char* Name;
         bool Long;
-        QList<int> Pauses;
+        std::vector<int> Pauses;
     } const cases[] = {{"short", false, {50}}, {"long", true, {}}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Name);

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 #include <gtest/gtest.h>
+#include <vector>
 
 #include "drawing/screen_metrics.h"
 #include "platform/clock.h"
@@ -39,7 +40,7 @@ protected:
     void SetUp() override
     {
         SetClock(&Time);
-        SetPause([this](int milliseconds) { Pauses << milliseconds; });
+        SetPause([this](int milliseconds) { Pauses.push_back(milliseconds); });
         g_ScreenMetrics.Init(96, {240, 320});
     }
     void TearDown() override
@@ -49,5 +50,5 @@ protected:
         g_ScreenMetrics.Init(96, {240, 320});
     }
     CManualClock Time;
-    QList<int> Pauses;
+    std::vector<int> Pauses;
 };

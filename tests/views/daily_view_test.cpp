@@ -106,7 +106,7 @@ TEST_F(Daily, HiddenItemsLeaveTheEmptyText)
     Release({100, 100});
     View->OnKey(kKeyDown);
     EXPECT_EQ(View->GetSelectedItem(), nullptr);
-    EXPECT_TRUE(Host.Commands.isEmpty());
+    EXPECT_TRUE(Host.Commands.empty());
 }
 
 TEST_F(Daily, PastAppointmentsShowAsChosen)
@@ -402,7 +402,7 @@ TEST_F(Daily, StrokesMoveADayOnceEach)
         EXPECT_TRUE(c.Days == 0 || PimStore().CursorDate() == kToday + c.Days) << "the touch is over after one day";
         Release(c.To);
         EXPECT_FALSE(View->Scroller().IsTouched());
-        EXPECT_TRUE(Host.Commands.isEmpty());
+        EXPECT_TRUE(Host.Commands.empty());
     }
 }
 
@@ -427,7 +427,7 @@ TEST_F(Daily, TapSelectsAndItsMenuSendsTheCommand)
         });
         EXPECT_EQ(title, "Item 1");
         EXPECT_EQ(SelectedId(), 2u);
-        EXPECT_EQ(Host.Commands, c.Command == CmdNone ? QList<int>() : QList<int>{c.Command});
+        EXPECT_EQ(Host.Commands, c.Command == CmdNone ? std::vector<int>() : std::vector<int>{c.Command});
     }
 }
 
@@ -441,7 +441,7 @@ TEST_F(Daily, ACommandIsDroppedWhenItsItemWentMeanwhile)
         View->OnDataChanged(0, 0, 0);
         menu->Choose(CmdDelete);
     });
-    EXPECT_TRUE(Host.Commands.isEmpty()) << "another item must not be deleted in its place";
+    EXPECT_TRUE(Host.Commands.empty()) << "another item must not be deleted in its place";
 }
 
 TEST_F(Daily, ATapOnEmptySpaceClearsTheSelection)
@@ -452,7 +452,7 @@ TEST_F(Daily, ATapOnEmptySpaceClearsTheSelection)
     Press({100, 180});
     Release({100, 180});
     EXPECT_EQ(View->GetSelectedItem(), nullptr);
-    EXPECT_TRUE(Host.Commands.isEmpty());
+    EXPECT_TRUE(Host.Commands.empty());
 }
 
 TEST_F(Daily, ATapOnTheCheckBoxTogglesWithoutAMenu)
@@ -469,12 +469,12 @@ TEST_F(Daily, ATapOnTheCheckBoxTogglesWithoutAMenu)
         Host.Commands.clear();
         Press(at);
         Release(at);
-        EXPECT_EQ(Host.Commands, QList<int>{CmdToggleTask});
+        EXPECT_EQ(Host.Commands, std::vector<int>{CmdToggleTask});
     }
     Host.Commands.clear();
     Press(box.topRight() + QPoint(6, 0));
     Release(box.topRight() + QPoint(6, 0));
-    EXPECT_TRUE(Host.Commands.isEmpty());
+    EXPECT_TRUE(Host.Commands.empty());
 }
 
 TEST_F(Daily, SpecialEventsOpenNoMenu)
@@ -486,7 +486,7 @@ TEST_F(Daily, SpecialEventsOpenNoMenu)
     Open();
     Tap(0);
     EXPECT_EQ(SelectedId(), 5u);
-    EXPECT_TRUE(Host.Commands.isEmpty());
+    EXPECT_TRUE(Host.Commands.empty());
 }
 
 TEST_F(Daily, TheFingerMenuOffersWhatTheSelectionAllows)
@@ -516,7 +516,7 @@ TEST_F(Daily, ADraggedListScrollsAndSelectsNothing)
     EXPECT_EQ(View->Scroller().Scroll(), -50);
     EXPECT_EQ(SelectedId(), 1u);
     Release({100, 100});
-    EXPECT_TRUE(Host.Commands.isEmpty());
+    EXPECT_TRUE(Host.Commands.empty());
 }
 
 // ---- the window
@@ -529,7 +529,7 @@ TEST_F(Daily, KeysArriveThroughTheWindow)
     EXPECT_EQ(SelectedId(), 2u);
     QTest::keyClick(View.get(), Qt::Key_F1);
     QTest::keyClick(View.get(), Qt::Key_F2);
-    EXPECT_EQ(Host.Keys, QList<int>({112, 113}));
+    EXPECT_EQ(Host.Keys, std::vector<int>({112, 113}));
     QKeyEvent other(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(View.get(), &other);
     EXPECT_FALSE(other.isAccepted()) << "the frame gets what the view leaves";

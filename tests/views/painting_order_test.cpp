@@ -1,3 +1,4 @@
+#include <QList>
 #include <gtest/gtest.h>
 
 #include "views/painting_order.h"

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 #include <memory>
+#include <vector>
 
 #include "drawing/image_store.h"
 #include "drawing/screen_metrics.h"
@@ -18,12 +19,12 @@
 class CRecordingHost : public IViewHost
 {
 public:
-    void SendCommand(int command) override { Commands << command; }
+    void SendCommand(int command) override { Commands.push_back(command); }
     void UpdateTitle() override { ++Titles; }
     void RebuildSoftKeys() override {}
     void ShowDaily(int) override {}
-    void PressSoftKey(int key) override { Keys << key; }
-    QList<int> Commands, Keys;
+    void PressSoftKey(int key) override { Keys.push_back(key); }
+    std::vector<int> Commands, Keys;
     int Titles = 0;
 };
 
