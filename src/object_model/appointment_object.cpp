@@ -175,6 +175,9 @@ CStatus CAppointmentObject::Save()
     const CStatus status = m_app.InTransaction([&] { return WriteAll(pattern, &oid, &itemId); });
     if (!status)
         return status;
+    const bool touched = m_series ? m_series->IsTouched() : m_wasRecurring;
+    if (touched && !(m_changed & Changed::Foreign))
+        m_fields.Foreign.SourceRule.clear();
     m_oid = oid;
     m_itemId = itemId;
     m_changed = 0;

@@ -166,5 +166,5 @@ public:
     virtual void SetTransport(IItemTransport* transport) = 0;
 };
 
-// Borrows nothing: keeps the volume alive.
+// Borrows nothing: keeps the volume alive. Null without a volume.
 std::unique_ptr<IPOutlookApp> MakePOutlookApp(std::shared_ptr<CPropertyVolume> volume);

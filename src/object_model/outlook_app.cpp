@@ -9,7 +9,7 @@
 
 std::unique_ptr<IPOutlookApp> MakePOutlookApp(std::shared_ptr<CPropertyVolume> volume)
 {
-    return std::make_unique<COutlookApp>(std::move(volume));
+    return volume ? std::make_unique<COutlookApp>(std::move(volume)) : nullptr;
 }
 
 COutlookApp::COutlookApp(std::shared_ptr<CPropertyVolume> volume) : m_volume(std::move(volume)), m_categories(*m_volume)

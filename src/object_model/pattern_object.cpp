@@ -25,6 +25,8 @@ int DayOfMonthOf(int day)
 
 int MinuteOfDay(DATE time)
 {
+    if (!IsDate(time))
+        return 0;
     const double fraction = std::fabs(time - std::trunc(time));
     return int(std::lround(fraction * 1440.0)) % 1440;
 }
@@ -84,6 +86,12 @@ void CPatternObject::put_Pattern(const CRecurrencePattern& pattern)
 {
     const TimeZoneInformation zone = m_pattern.Zone();
     m_pattern = pattern;
+    // In order of day, one of each: so they are stored and found.
+    std::vector<CRecurrenceException>& exceptions = m_pattern.Exceptions;
+    const auto day = [](const CRecurrenceException& e) { return e.OriginalDay; };
+    std::ranges::stable_sort(exceptions, {}, day);
+    const auto twice = std::ranges::unique(exceptions, {}, day);
+    exceptions.erase(twice.begin(), twice.end());
     if (m_zonePut || pattern.Zone() == TimeZoneInformation())
         m_pattern.SetZone(zone);
     m_rows.reset();
@@ -167,7 +175,7 @@ void CPatternObject::put_RecurrenceType(OlRecurs type)
 void CPatternObject::put_PatternStartDate(DATE date)
 {
     if (date != NO_DATE)
-        Edit().StartDay = DayNumber(date);
+        Edit().SetStartDay(date);
 }
 
 DATE CPatternObject::get_StartTime() const { return Rows().StartMinute / 1440.0; }
@@ -175,7 +183,7 @@ DATE CPatternObject::get_StartTime() const { return Rows().StartMinute / 1440.0;
 void CPatternObject::put_StartTime(DATE time)
 {
     Edit().StartMinute = MinuteOfDay(time);
-    m_startTimePut = time;
+    m_startTimePut = IsDate(time) ? time : 0;
 }
 
 DATE CPatternObject::get_EndTime() const { return (Rows().StartMinute + Rows().Minutes) % 1440 / 1440.0; }
@@ -183,7 +191,7 @@ DATE CPatternObject::get_EndTime() const { return (Rows().StartMinute + Rows().M
 void CPatternObject::put_EndTime(DATE time)
 {
     CSeriesRows& rows = Edit();
-    if (DayNumber(time) != 0 && DayNumber(m_startTimePut) != 0) { // both with their day: the whole span is told
+    if (IsDate(time) && DayNumber(time) != 0 && DayNumber(m_startTimePut) != 0) { // both with their day: the whole span is told
         rows.Minutes = int(std::clamp<qint64>(MinutesBetween(m_startTimePut, time), 0, 0x7FFFFFFF - 1440));
         return;
     }
@@ -199,8 +207,8 @@ DATE CPatternObject::get_PatternEndDate() const
 void CPatternObject::put_PatternEndDate(DATE date)
 {
     CSeriesRows& rows = Edit();
-    rows.EndKind = date == NO_DATE ? PatternEndKind::Never : PatternEndKind::Date;
-    rows.EndDay = date == NO_DATE ? 0 : DayNumber(date);
+    rows.EndKind = IsDate(date) ? PatternEndKind::Date : PatternEndKind::Never;
+    rows.EndDay = IsDate(date) ? DayNumber(date) : 0;
 }
 
 void CPatternObject::put_NoEndDate(bool none)
@@ -240,5 +248,5 @@ CStatus CPatternObject::GetOccurrence(DATE originalDay, std::unique_ptr<IAppoint
 {
     if (m_oid == 0)
         return {StatusKind::Invalid, QStringLiteral("The series was not saved yet.")};
-    return OpenOccurrence(m_app, m_itemId, DayNumber(originalDay), occurrence);
+    return OpenOccurrence(m_app, m_itemId, IsDate(originalDay) ? DayNumber(originalDay) : kFarDay, occurrence);
 }

@@ -7,6 +7,8 @@
 namespace
 {
 constexpr int kMaxCount = 65535; // the stored count has 16 bits
+constexpr int kFirstDay = -109205; // stored dates begin in 1601
+constexpr size_t kMaxExceptions = 65535;
 constexpr qint64 kTicksPerMinute = 600000000;
 
 int MinuteOfDay(DATE date) { return int(MinutesBetween(DayNumber(date), date)); }
@@ -71,6 +73,7 @@ void ComputeEnd(CRecurrencePattern& pattern, int first)
 }
 } // namespace
 
+bool IsDate(DATE date) { return date > kFirstDay && date < kFarDay; }
 DATE PlusMinutes(DATE date, qint64 minutes) { return DateOfFileTime(FileTimeOfDate(date) + minutes * kTicksPerMinute); }
 qint64 MinutesBetween(DATE from, DATE to) { return (FileTimeOfDate(to) - FileTimeOfDate(from)) / kTicksPerMinute; }
 DATE ToWholeMinute(DATE date)
@@ -84,8 +87,13 @@ DATE ToWholeMinute(DATE date)
 DATE CSeriesRows::Start() const { return PlusMinutes(StartDay, StartMinute); }
 DATE CSeriesRows::End() const { return PlusMinutes(StartDay, qint64(StartMinute) + Minutes); }
 
+void CSeriesRows::SetStartDay(DATE date) { StartDay = IsDate(date) ? DayNumber(date) : kFarDay; }
+
 void CSeriesRows::SetStart(DATE date)
 {
+    SetStartDay(date);
+    if (!IsDate(date))
+        return; // refused when it is saved
     StartDay = DayNumber(date);
     StartMinute = MinuteOfDay(date);
 }
@@ -172,9 +180,11 @@ CStatus NormalizePattern(CRecurrencePattern& pattern, bool allDay)
 {
     if (pattern.Type < PatternType::Daily || pattern.Type > PatternType::YearlyNth || pattern.Type == 4)
         return {StatusKind::Invalid, QStringLiteral("The series has a pattern of an unknown type.")};
-    const int startDay = DayNumber(pattern.PatternStart);
-    if (!(pattern.PatternStart > -109205 && startDay < kFarDay))
+    if (!IsDate(pattern.PatternStart))
         return {StatusKind::Invalid, QStringLiteral("The series has no start, or one that no calendar has.")};
+    if (pattern.Exceptions.size() > kMaxExceptions)
+        return {StatusKind::Invalid, QStringLiteral("The series has more changed days than can be stored.")};
+    const int startDay = DayNumber(pattern.PatternStart);
     pattern.Interval = std::clamp(pattern.Interval, 1, 999999);
     pattern.StartMinute = std::clamp(pattern.StartMinute, 0, 1439);
     pattern.EndMinute = std::max(pattern.EndMinute, pattern.StartMinute);

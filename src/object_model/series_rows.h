@@ -22,9 +22,11 @@ struct CSeriesRows {
     DATE Start() const;
     DATE End() const;
     void SetStart(DATE date);
+    void SetStartDay(DATE date);
     void SetEnd(DATE date); // before the start: no duration
 };
 
+bool IsDate(DATE date); // of the calendar that is stored: 1601 to 4500
 DATE PlusMinutes(DATE date, qint64 minutes);
 qint64 MinutesBetween(DATE from, DATE to);
 DATE ToWholeMinute(DATE date);

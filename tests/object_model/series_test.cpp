@@ -356,6 +356,46 @@ TEST_F(ObjectModel, AWholePatternIsStoredInItsZone)
     EXPECT_TRUE(Read(*floating).Pattern().Zone() == BerlinZone());
 }
 
+TEST_F(ObjectModel, ExceptionsAreStoredInOrderAndOnceADay)
+{
+    CRecurrencePattern pattern;
+    pattern.Type = PatternType::Daily;
+    pattern.PatternStart = At("2026-01-01");
+    for (int i = 0; i < 70000; ++i) {
+        CRecurrenceException e;
+        e.OriginalDay = DayNumber(pattern.PatternStart) + i * 7 % 50;
+        pattern.Exceptions.push_back(e);
+    }
+    const auto item = m_app->CreateAppointment();
+    item->GetRecurrencePattern()->put_Pattern(pattern);
+    ASSERT_TRUE(item->Save());
+    EXPECT_EQ(Read(*item).Pattern().Exceptions.size(), 50u);
+    EXPECT_EQ(Occurrences(*item, "2026-01-01", "2026-02-20").join(' '), "2026-02-20");
+    for (int i = 0; i < 70000; ++i)
+        pattern.Exceptions[size_t(i)].OriginalDay = i;
+    item->GetRecurrencePattern()->put_Pattern(pattern);
+    EXPECT_EQ(item->Save().Kind(), StatusKind::Invalid); // rather than losing some of them
+    EXPECT_EQ(Read(*item).Pattern().Exceptions.size(), 50u);
+}
+
+TEST_F(ObjectModel, WildDatesInTheRowsAreRefused)
+{
+    for (DATE wild : {double(NAN), double(INFINITY), -1e300, 1e9}) {
+        auto item = Get(Series()->get_Oid());
+        IRecurrencePattern& p = *item->GetRecurrencePattern();
+        p.put_StartTime(wild);
+        p.put_EndTime(wild);
+        p.put_PatternEndDate(wild);
+        EXPECT_TRUE(p.get_NoEndDate());
+        std::unique_ptr<IAppointment> one;
+        EXPECT_EQ(p.GetOccurrence(wild, one).Kind(), StatusKind::NotFound);
+        p.put_PatternStartDate(wild);
+        EXPECT_EQ(item->Save().Kind(), StatusKind::Invalid);
+        item->put_Start(wild);
+        EXPECT_EQ(item->Save().Kind(), StatusKind::Invalid);
+    }
+}
+
 TEST_F(ObjectModel, PatternsThatCannotBeStoredAreRefused)
 {
     for (int type : {-1, 4, 7}) {
