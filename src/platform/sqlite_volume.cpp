@@ -319,6 +319,8 @@ qint64 CSqliteVolume::LastChange() { return m_db.Number("SELECT max(sequence) FR
 CStatus CSqliteVolume::ReadChanges(qint64 after, int limit, std::vector<CVolumeChange>& changes)
 {
     changes.clear();
+    if (m_layout.empty())
+        return CStatus();
     QByteArray known;
     for (const CVolumeTable& table : m_layout) {
         if (table.schemaIndex >= 0)

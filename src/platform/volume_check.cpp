@@ -47,7 +47,7 @@ CStatus CSqliteVolume::Check(QStringList& faults)
         if (status)
             status = CheckTable(table, faults);
     }
-    if (!status)
+    if (!status || m_layout.empty())
         return status;
     QByteArray oids;
     for (const CVolumeTable& table : m_layout)

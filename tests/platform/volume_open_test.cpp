@@ -80,7 +80,14 @@ TEST_F(CVolumeOpenTest, WhatIsMissingIsToldAndNotMade)
     // An empty file is what a start that was cut off leaves: a volume with nothing in it.
     for (const Mode mode : {Mode::ReadOnly, Mode::MustExist, Mode::Create}) {
         WriteFile(Path(), "");
-        EXPECT_TRUE(TryOpen(Path(), mode).IsOk());
+        {
+            const auto volume = Open(mode);
+            std::vector<CVolumeChange> changes;
+            EXPECT_TRUE(volume->ReadChanges(0, 10, changes).IsOk());
+            EXPECT_EQ(volume->LastChange(), 0);
+            EXPECT_EQ(volume->RecordCount(kThings), 0);
+            ExpectSound(*volume);
+        }
         QFile::remove(Path());
     }
 }
