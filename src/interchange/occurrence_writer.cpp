@@ -67,6 +67,10 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
         const std::vector<CForeignKey> keys = m_app.FindByUid(event.Uid);
         bool found = false;
         m_leadZone.reset();
+        const QString followingId = QLatin1Char('T') + NameOf(event);
+        for (const CForeignKey& key : keys)
+            if (event.ThisAndFuture && key.OccurrenceId == followingId)
+                return PutFollowingAgain(event, key, status);
         for (const CForeignKey& key : keys) {
             if (key.OccurrenceId.startsWith(QLatin1Char('R')) || !Open(key))
                 continue;
@@ -75,7 +79,7 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
                 break;
         }
         if (found && event.ThisAndFuture)
-            return PutFollowing(event, keys, day, status);
+            return PutFollowing(event, day, status);
         if (!found)
             return PutAlone(event, keys, status);
     }
@@ -116,6 +120,12 @@ CStatus COccurrenceWriter::Open(const CForeignKey& key)
     else
         m_open.Zone = ZoneOfItem(m_open.Foreign.Text, m_open.AllDay);
     m_leadZone = m_open.Zone;
+    // What follows a change of all later ones is still named by the first series' moments.
+    CFileMoment first;
+    if (m_open.IsSeries && key.OccurrenceId.startsWith(QLatin1Char('T'))
+        && ParseMoment(key.OccurrenceId.mid(1).toStdString(), &first))
+        m_open.Shift = WallOfDay(DayNumber(m_open.Pattern.PatternStart)) + m_open.Pattern.StartMinute * 60
+                       - WallInOpen(first.Wall, first.IsUtc ? UtcZone() : nullptr);
     const QString& text = m_open.Foreign.Text;
     for (qsizetype at = text.indexOf(kBegin); at >= 0; at = text.indexOf(kBegin, at + kBegin.size())) {
         const QStringView id = LineAt(text, at + kBegin.size());
@@ -160,9 +170,7 @@ bool COccurrenceWriter::Holds(const CImportedEvent& event, int* day) const
     const CFileMoment& moment = *event.RecurrenceId;
     if (m_open.IsSeries) {
         const qint64 wall = moment.IsDate ? moment.Wall : WallInOpen(moment.Wall, event.RecurrenceZone);
-        *day = DayOfWall(wall);
-        const bool sameTime = moment.IsDate || m_open.AllDay || SecondOfWall(wall) / 60 == m_open.Pattern.StartMinute;
-        return sameTime && *day <= DayNumber(m_open.Pattern.PatternEnd) && PatternHitsDay(m_open.Pattern, *day);
+        return HoldsAt(wall, moment.IsDate, day) || HoldsAt(wall + m_open.Shift, moment.IsDate, day);
     }
     const QString name = QLatin1Char('S') + NameOf(event);
     if (m_open.Foreign.OccurrenceId == name)
@@ -173,6 +181,13 @@ bool COccurrenceWriter::Holds(const CImportedEvent& event, int* day) const
     if (moment.IsDate || m_open.AllDay)
         return DayNumber(start) == *day;
     return std::fabs(start - shown) < 1.0 / 1440;
+}
+
+bool COccurrenceWriter::HoldsAt(qint64 wall, bool isDate, int* day) const
+{
+    *day = DayOfWall(wall);
+    const bool sameTime = isDate || m_open.AllDay || SecondOfWall(wall) / 60 == m_open.Pattern.StartMinute;
+    return sameTime && *day <= DayNumber(m_open.Pattern.PatternEnd) && PatternHitsDay(m_open.Pattern, *day);
 }
 
 bool COccurrenceWriter::IsKnown(const CImportedEvent& event, const QString& name, Result* result) const
@@ -261,45 +276,26 @@ void COccurrenceWriter::KeepChange(const CImportedEvent& event, const CComponent
 
 // ---- the change of an occurrence and all later ones
 
-COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event,
-                                                          const std::vector<CForeignKey>& keys, int day, CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event, int day, CStatus* status)
 {
-    const QString id = QLatin1Char('T') + NameOf(event);
-    for (const CForeignKey& key : keys)
-        if (key.OccurrenceId == id && key.ContentHash == CItemWriter::HashBytes(event.Hash))
-            return Result::Unchanged;
     if (!m_open.IsSeries || event.Cancelled) {
-        *status = CStatus(StatusKind::Invalid, QStringLiteral("a change of all later occurrences that no series can take"));
+        *status = CStatus(StatusKind::Invalid, QStringLiteral("no series can take a change of all later occurrences"));
         return Result::Failed;
     }
     CRecurrencePattern before = m_open.Pattern, after = m_open.Pattern;
-    const qint64 start = WallInOpen(event.Dates.Start, event.Zone), end = WallInOpen(event.Dates.End, event.Zone);
     const int passed = CountOccurrencesUpTo(before, day - 1);
     std::erase_if(before.Exceptions, [&](const CRecurrenceException& e) { return e.OriginalDay >= day; });
-    std::erase_if(after.Exceptions, [&](const CRecurrenceException& e) { return e.OriginalDay < day; });
-    for (CRecurrenceException& exception : after.Exceptions)
-        exception.OriginalDay += DayOfWall(start) - day;
     before.EndKind = PatternEndKind::Date;
     before.PatternEnd = LastOccurrenceUpTo(before, day - 1);
-    before.ExceptionCount = int(before.Exceptions.size());
-    after.PatternStart = DayOfWall(start);
-    after.StartMinute = SecondOfWall(start) / 60;
-    after.EndMinute = after.StartMinute + int((end - start) / 60);
-    after.ExceptionCount = int(after.Exceptions.size());
+    std::erase_if(after.Exceptions, [&](const CRecurrenceException& e) { return e.OriginalDay < day; });
     if (after.EndKind == PatternEndKind::Count)
         after.Occurrences = std::max(after.Occurrences - passed, 1);
-    else if (after.EndKind == PatternEndKind::Date)
-        after.PatternEnd += DayOfWall(start) - day;
-    MoveDays(after, day, DayOfWall(start));
-
-    CPlannedRecord record;
-    record.IsSeries = true;
-    record.Pattern = after;
-    record.OccurrenceId = id;
+    after.PatternStart = day;
     CImportedEvent following = event;
-    following.Zone = m_open.Zone;
-    const quint32 index = m_open.Foreign.EqualsIndex;
     following.Sequence = m_open.Foreign.Sequence;
+    const quint32 index = m_open.Foreign.EqualsIndex;
+    const CPlannedRecord record = Following(event, std::move(after));
+    following.Zone = m_open.Zone;
     if (passed == 0) {
         *status = m_open.Item->Delete();
         m_open = COpenItem();
@@ -311,6 +307,44 @@ COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& 
     if (*status)
         *status = m_writer.Write(following, record, index, event.Kept, QString(), nullptr);
     return *status ? Result::Created : Result::Failed;
+}
+
+// The record of all later ones, made of the pattern they had and the event's times.
+CPlannedRecord COccurrenceWriter::Following(const CImportedEvent& event, CRecurrencePattern pattern) const
+{
+    const qint64 start = WallInOpen(event.Dates.Start, event.Zone), end = WallInOpen(event.Dates.End, event.Zone);
+    const int from = DayNumber(pattern.PatternStart), to = DayOfWall(start);
+    for (CRecurrenceException& exception : pattern.Exceptions)
+        exception.OriginalDay += to - from;
+    pattern.PatternStart = to;
+    pattern.StartMinute = SecondOfWall(start) / 60;
+    pattern.EndMinute = pattern.StartMinute + int((end - start) / 60);
+    if (pattern.EndKind == PatternEndKind::Date)
+        pattern.PatternEnd += to - from;
+    MoveDays(pattern, from, to);
+    CPlannedRecord record;
+    record.IsSeries = true;
+    record.Pattern = std::move(pattern);
+    record.OccurrenceId = QLatin1Char('T') + NameOf(event);
+    return record;
+}
+
+// They were changed by an earlier import already.
+COccurrenceWriter::Result COccurrenceWriter::PutFollowingAgain(const CImportedEvent& event, const CForeignKey& key,
+                                                               CStatus* status)
+{
+    if (key.ContentHash == CItemWriter::HashBytes(event.Hash))
+        return Result::Unchanged;
+    if (*status = Open(key); !*status)
+        return Result::Failed;
+    CImportedEvent following = event;
+    following.Sequence = m_open.Foreign.Sequence;
+    const CPlannedRecord record = Following(event, m_open.Pattern);
+    following.Zone = m_open.Zone;
+    const COpenItem open = std::move(m_open);
+    m_open = COpenItem();
+    *status = m_writer.Write(following, record, open.Foreign.EqualsIndex, event.Kept, QString(), open.Item.get());
+    return *status ? Result::Updated : Result::Failed;
 }
 
 // ---- no series

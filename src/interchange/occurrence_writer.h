@@ -37,14 +37,18 @@ private:
         std::shared_ptr<const CFileZone> Zone; // null: floating, or all-day
         bool AllDay = false, IsSeries = false, IsDirty = false;
         CRecurrencePattern Pattern;
+        qint64 Shift = 0; // from the moments by which a file names its occurrences to their own
     };
 
     CStatus Open(const CForeignKey& key);
     bool Holds(const CImportedEvent& event, int* day) const;
+    bool HoldsAt(qint64 wall, bool isDate, int* day) const;
     bool IsKnown(const CImportedEvent& event, const QString& name, Result* result) const;
     Result PutInSeries(const CImportedEvent& event, const CComponent& component, int day);
     Result PutInSingle(const CImportedEvent& event, const CComponent& component, CStatus* status);
-    Result PutFollowing(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int day, CStatus* status);
+    Result PutFollowing(const CImportedEvent& event, int day, CStatus* status);
+    Result PutFollowingAgain(const CImportedEvent& event, const CForeignKey& key, CStatus* status);
+    CPlannedRecord Following(const CImportedEvent& event, CRecurrencePattern pattern) const;
     Result PutAlone(const CImportedEvent& event, const std::vector<CForeignKey>& keys, CStatus* status);
     void KeepChange(const CImportedEvent& event, const CComponent& component);
     std::shared_ptr<const CFileZone> ZoneOfItem(const QString& kept, bool allDay);
