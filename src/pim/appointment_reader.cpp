@@ -114,8 +114,8 @@ bool CAppointmentReader::ReadAppointment(CAppointment& item, CRecurrencePattern&
         item.ItemId = quint32(m_rows[kRecId].Number) + kAppointmentTag;
     m_categories.ReadItemCategories(item);
     ReadTexts(m_rows, item);
-    if (m_uidSink && m_rows[kUid].Found())
-        m_uidSink(oid, m_rows[kUid].Text);
+    if (m_uidSink)
+        m_uidSink(oid, m_rows[kUid].Found() ? m_rows[kUid].Text : QString());
     return true;
 }
 

@@ -42,7 +42,7 @@ public:
                                                const CRecurrenceException& exception) const;
 
     const TimeZoneInformation& Zone() const { return m_zone; }
-    // Told the UID of each record that was read and is in range; without it none is read.
+    // Told the UID, or none, of each record that was read and is in range; without it none is read.
     void SetUidSink(std::function<void(CEOID, const QString&)> sink) { m_uidSink = std::move(sink); }
 
 private:

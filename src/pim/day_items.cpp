@@ -97,9 +97,10 @@ bool CDayItems::RemoveOids(const std::vector<quint32>& sorted)
 void CDayItems::Defer(std::unique_ptr<CAppointment> item)
 {
     item->Owner = this;
-    // The occurrences of one series come in a row.
+    // The occurrences of one series come in a row, nearly always by their start.
+    const CAppointment* last = m_deferred.empty() ? nullptr : m_deferred.back().get();
     m_mayRepeat = m_mayRepeat || !Appointments.empty() ||
-                  (!m_deferred.empty() && m_deferred.back()->ItemId == item->ItemId);
+                  (last && last->ItemId == item->ItemId && last->Start >= item->Start);
     m_changed = true;
     m_deferred.push_back(std::move(item));
 }

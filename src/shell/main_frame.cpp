@@ -80,8 +80,8 @@ void CMainFrame::Shutdown(bool quit)
     m_views.clear();
     g_ImageStore.Clear();
     g_Settings.SetCategoryNames(nullptr);
-    if (PimStore().IsOpen())
-        PimStore().Shutdown();
+    if (wasUp)
+        PimStore().Shutdown(); // which lets go of our timers
     if (quit)
         QCoreApplication::quit();
 }

@@ -91,9 +91,12 @@ bool CAgenda::PrintDay(const CDayItems& day)
     if (!m_asJson)
         return ::PrintDay(day);
     m_json.BeginDay(day.Day);
-    for (const auto& item : day.Appointments)
+    for (const auto& item : day.Appointments) {
         m_json.AddAppointment(*item, m_store.GetUid(item->RecordOid));
-    return !m_json.IsFull() || m_json.Flush();
+        if (m_json.IsFull() && !m_json.Flush())
+            return false;
+    }
+    return true;
 }
 
 bool CAgenda::Print(int first, int last)

@@ -2,46 +2,19 @@
 
 #include "pim/category_store.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 
 namespace
 {
-const char* KindName(int kind)
+constexpr size_t kRowBytes = 1024; // of a row without its texts
+constexpr size_t kMostPerUnit = 6; // bytes that one UTF-16 unit can become
+
+std::string_view KindName(int kind)
 {
     return kind == kKindBirthday ? "birthday" : kind == kKindAnniversary ? "anniversary" : "appointment";
-}
-
-void AppendUtf8(std::string& text, char32_t c)
-{
-    if (c < 0x80) {
-        text += char(c);
-    } else if (c < 0x800) {
-        text += char(0xC0 | c >> 6);
-        text += char(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        text += char(0xE0 | c >> 12);
-        text += char(0x80 | (c >> 6 & 0x3F));
-        text += char(0x80 | (c & 0x3F));
-    } else {
-        text += char(0xF0 | c >> 18);
-        text += char(0x80 | (c >> 12 & 0x3F));
-        text += char(0x80 | (c >> 6 & 0x3F));
-        text += char(0x80 | (c & 0x3F));
-    }
-}
-
-void AppendEscape(std::string& text, ushort c)
-{
-    char escape[8];
-    std::snprintf(escape, sizeof escape, "\\u%04x", unsigned(c));
-    text += escape;
-}
-
-void AppendTwo(std::string& text, int number)
-{
-    text += char('0' + number / 10);
-    text += char('0' + number % 10);
 }
 
 // The midnight after the last day of an all-day item.
@@ -54,138 +27,173 @@ DATE EndOfAllDay(const CAppointment& item)
 }
 } // namespace
 
+void CAgendaJson::Reserve(size_t bytes)
+{
+    if (m_buffer.size() - m_used < bytes)
+        m_buffer.resize(std::max(m_used + bytes, m_buffer.size() * 2));
+}
+
+void CAgendaJson::Put(std::string_view text)
+{
+    std::memcpy(m_buffer.data() + m_used, text.data(), text.size());
+    m_used += text.size();
+}
+
+void CAgendaJson::PutTwo(int number)
+{
+    Put(char('0' + number / 10 % 10));
+    Put(char('0' + number % 10));
+}
+
+void CAgendaJson::PutUtf8(char32_t c)
+{
+    if (c < 0x80) {
+        Put(char(c));
+        return;
+    }
+    const int following = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    static constexpr int kLead[] = {0, 0xC0, 0xE0, 0xF0};
+    Put(char(kLead[following] | int(c >> (6 * following))));
+    for (int i = following - 1; i >= 0; --i)
+        Put(char(0x80 | int(c >> (6 * i) & 0x3F)));
+}
+
 void CAgendaJson::Text(const QString& text)
 {
-    m_text += '"';
-    const char16_t* at = reinterpret_cast<const char16_t*>(text.utf16());
-    const char16_t* const end = at + text.size();
+    Reserve(kRowBytes + size_t(text.size()) * kMostPerUnit);
+    Put('"');
+    const QChar* at = text.constData();
+    const QChar* const end = at + text.size();
     for (; at != end; ++at) {
-        const char16_t c = *at;
-        if (c == '"' || c == '\\') {
-            m_text += '\\';
-            m_text += char(c);
+        const char16_t c = at->unicode();
+        if (c >= 0x20 && c < 0x7F && c != '"' && c != '\\') {
+            Put(char(c));
+        } else if (c == '"' || c == '\\') {
+            Put('\\');
+            Put(char(c));
         } else if (c < 0x20) {
-            AppendEscape(m_text, c);
-        } else if (QChar::isHighSurrogate(c) && at + 1 != end && QChar::isLowSurrogate(at[1])) {
-            AppendUtf8(m_text, QChar::surrogateToUcs4(c, at[1]));
+            static constexpr char kDigits[] = "0123456789abcdef";
+            Put("\\u00");
+            Put(kDigits[c >> 4]);
+            Put(kDigits[c & 15]);
+        } else if (at->isHighSurrogate() && at + 1 != end && at[1].isLowSurrogate()) {
+            PutUtf8(QChar::surrogateToUcs4(at[0], at[1]));
             ++at;
         } else {
-            AppendUtf8(m_text, QChar::isSurrogate(c) ? char32_t(0xFFFD) : char32_t(c));
+            PutUtf8(at->isSurrogate() ? char32_t(0xFFFD) : char32_t(c));
         }
     }
-    m_text += '"';
+    Put('"');
 }
 
 void CAgendaJson::Number(int number)
 {
-    char digits[16];
-    const auto result = std::to_chars(digits, digits + sizeof digits, number);
-    m_text.append(digits, result.ptr);
+    const auto result = std::to_chars(m_buffer.data() + m_used, m_buffer.data() + m_buffer.size(), number);
+    m_used = size_t(result.ptr - m_buffer.data());
 }
 
-void CAgendaJson::Bool(const char* key, bool value)
+void CAgendaJson::Bool(std::string_view key, bool value)
 {
-    m_text += ",\"";
-    m_text += key;
-    m_text += value ? "\":true" : "\":false";
+    Put(",\"");
+    Put(key);
+    Put(value ? "\":true" : "\":false");
 }
 
 void CAgendaJson::Date(int day)
 {
-    if (day != m_lastDay || m_lastDate.empty()) {
-        int year = 0, month = 0, dayOfMonth = 0;
-        CivilOfDayNumber(day, &year, &month, &dayOfMonth);
-        m_lastDay = day;
-        m_lastDate.clear();
-        AppendTwo(m_lastDate, year / 100 % 100);
-        AppendTwo(m_lastDate, year % 100);
-        m_lastDate += '-';
-        AppendTwo(m_lastDate, month);
-        m_lastDate += '-';
-        AppendTwo(m_lastDate, dayOfMonth);
+    if (day == m_lastDay) {
+        Put({m_lastDate, sizeof m_lastDate});
+        return;
     }
-    m_text += m_lastDate;
+    int year = 0, month = 0, dayOfMonth = 0;
+    CivilOfDayNumber(day, &year, &month, &dayOfMonth);
+    const size_t from = m_used;
+    PutTwo(year / 100);
+    PutTwo(year);
+    Put('-');
+    PutTwo(month);
+    Put('-');
+    PutTwo(dayOfMonth);
+    m_lastDay = day;
+    std::memcpy(m_lastDate, m_buffer.data() + from, sizeof m_lastDate);
 }
 
 void CAgendaJson::Moment(DATE date)
 {
     if (date == NO_DATE) {
-        m_text += "null";
+        Put("null");
         return;
     }
     const int day = DayNumber(date);
-    const int minute = std::min(int((date - day) * 1440.0 + 0.5), 1439);
-    m_text += '"';
+    const int minute = std::clamp(int((date - day) * 1440.0 + 0.5), 0, 1439);
+    Put('"');
     Date(day);
-    m_text += 'T';
-    AppendTwo(m_text, minute / 60);
-    m_text += ':';
-    AppendTwo(m_text, minute % 60);
-    m_text += '"';
+    Put('T');
+    PutTwo(minute / 60);
+    Put(':');
+    PutTwo(minute % 60);
+    Put('"');
 }
 
 void CAgendaJson::CategoryNames(const CCategorySet& set)
 {
-    m_text += ",\"categories\":[";
+    Put(",\"categories\":[");
     bool first = true;
     for (const qint32 number : set) {
         const CCategory* category = m_categories.FindById(number);
         if (!category)
             continue;
         if (!first)
-            m_text += ',';
+            Put(',');
         first = false;
         Text(category->Name);
     }
-    m_text += ']';
-}
-
-void CAgendaJson::BeginDay(int day)
-{
-    Date(day);
-    m_text.resize(m_text.size() - m_lastDate.size());
-    m_rowHead = "{\"day\":\"" + m_lastDate + "\",\"kind\":\"";
+    Reserve(kRowBytes);
+    Put(']');
 }
 
 void CAgendaJson::AddAppointment(const CAppointment& item, const QString& uid)
 {
-    m_text += m_rowHead;
-    m_text += KindName(item.Kind);
-    m_text += "\",\"id\":";
+    Reserve(kRowBytes);
+    Put("{\"day\":\"");
+    Date(m_rowDay);
+    Put("\",\"kind\":\"");
+    Put(KindName(item.Kind));
+    Put("\",\"id\":");
     Number(int(item.ItemId));
-    m_text += ",\"uid\":";
+    Put(",\"uid\":");
     if (uid.isEmpty())
-        m_text += "null";
+        Put("null");
     else
         Text(uid);
-    m_text += ",\"subject\":";
+    Put(",\"subject\":");
     Text(item.Subject);
-    m_text += ",\"location\":";
+    Put(",\"location\":");
     Text(item.Location);
-    m_text += ",\"start\":";
+    Put(",\"start\":");
     Moment(item.Start);
-    m_text += ",\"end\":";
+    Put(",\"end\":");
     Moment(item.AllDay ? EndOfAllDay(item) : item.End);
-    m_text += ",\"occurrence\":";
+    Put(",\"occurrence\":");
     Moment(item.IsRecurring() ? item.OriginalStart : NO_DATE);
     Bool("all_day", item.AllDay);
-    m_text += ",\"recurrence\":";
+    Put(",\"recurrence\":");
     Number(item.Recurrence);
-    m_text += ",\"busy\":";
+    Put(",\"busy\":");
     Number(item.BusyStatus);
-    m_text += ",\"sensitivity\":";
+    Put(",\"sensitivity\":");
     Number(item.Sensitivity);
     CategoryNames(item.Categories);
     Bool("note", item.HasNote);
     Bool("reminder", item.ReminderSet);
     Bool("attendees", item.HasAttendees);
     Bool("conflict", item.Conflict);
-    m_text += "}\n";
+    Put("}\n");
 }
 
 bool CAgendaJson::Flush()
 {
-    const bool good = std::fwrite(m_text.data(), 1, m_text.size(), stdout) == m_text.size() && std::fflush(stdout) == 0;
-    m_text.clear();
+    const bool good = std::fwrite(m_buffer.data(), 1, m_used, stdout) == m_used && std::fflush(stdout) == 0;
+    m_used = 0;
     return good;
 }

@@ -5,7 +5,9 @@
 #include "util/date_time.h"
 
 #include <QString>
-#include <string>
+#include <climits>
+#include <string_view>
+#include <vector>
 
 class CCategoryStore;
 
@@ -13,24 +15,30 @@ class CAgendaJson
 {
 public:
     explicit CAgendaJson(const CCategoryStore& categories) : m_categories(categories) {}
-    void BeginDay(int day);
+    void BeginDay(int day) { m_rowDay = day; }
     void AddAppointment(const CAppointment& item, const QString& uid);
     // Writes what has gathered to standard output; false when that fails.
     bool Flush();
-    bool IsFull() const { return m_text.size() >= kFlushBytes; }
+    bool IsFull() const { return m_used >= kFlushBytes; }
 
 private:
-    static constexpr size_t kFlushBytes = 1 << 20;
+    static constexpr size_t kFlushBytes = 1 << 18;
+    void Reserve(size_t bytes); // room for so many more
+    void Put(char c) { m_buffer[m_used++] = c; }
+    void Put(std::string_view text);
+    void PutTwo(int number);
+    void PutUtf8(char32_t c);
     void Text(const QString& text);
     void Number(int number);
-    void Bool(const char* key, bool value);
+    void Bool(std::string_view key, bool value);
     void Date(int day);
     void Moment(DATE date); // null for NO_DATE
     void CategoryNames(const CCategorySet& set);
 
     const CCategoryStore& m_categories;
-    std::string m_text;
-    std::string m_rowHead; // the same for all rows of a day
-    int m_lastDay = 0;
-    std::string m_lastDate; // of m_lastDay
+    std::vector<char> m_buffer; // as long as was ever reserved
+    size_t m_used = 0;
+    int m_rowDay = 0;
+    int m_lastDay = INT_MIN;
+    char m_lastDate[10] = {}; // of m_lastDay
 };
