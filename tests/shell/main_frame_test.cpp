@@ -1,0 +1,386 @@
+#include "shell_fixture.h"
+#include "platform/registry.h"
+#include "shell/instance_handover.h"
+#include "shell/view_rotation.h"
+#include "touch/timer_ids.h"
+#include "views/daily_view.h"
+
+#include <QTest>
+
+namespace
+{
+using MainFrame = ShellFixture;
+
+void Post(const QString& text)
+{
+    CRegistry::WriteString(kRegistryKey, "CallCmdLine", text);
+}
+
+QString MinutesOf(int day)
+{
+    return QString::number(qint64(day) * 1440);
+}
+
+std::vector<int> CommandsOf(const CSoftKeyBar& keys)
+{
+    std::vector<int> commands;
+    for (int i = 0; i < keys.GetCount(); ++i)
+        commands.push_back(keys.CommandAt(i));
+    return commands;
+}
+} // namespace
+
+// ---- start
+
+TEST_F(MainFrame, ComesUpOnTodayWithKeysAndTitle)
+{
+    Add("here", kToday);
+    CMainFrame& frame = Start();
+    ASSERT_TRUE(m_created);
+    EXPECT_EQ(PimStore().CursorDate(), kToday);
+    EXPECT_EQ(SubjectsOf(kToday), QStringList{"here"});
+    EXPECT_EQ(CommandsOf(frame.SoftKeys()), (std::vector<int>{CmdDateBack, CmdDateForward, CmdMenu}));
+    EXPECT_TRUE(frame.TitleText().contains("2026")) << frame.TitleText().toStdString();
+    EXPECT_EQ(frame.windowTitle(), "Tessera") << "the strip has the view's own";
+    EXPECT_EQ(frame.CurrentView()->geometry(), QRect(14, 0, 226, 280));
+}
+
+TEST_F(MainFrame, WithoutAStripTheWindowHasTheTitle)
+{
+    g_Settings.General.CustomTitlebarLocation = kTitleNone;
+    CMainFrame& frame = Start();
+    EXPECT_EQ(frame.windowTitle(), frame.CurrentView()->GetTitleText());
+    EXPECT_EQ(frame.CurrentView()->geometry(), QRect(0, 0, 240, 280));
+}
+
+TEST_F(MainFrame, RequestsChooseTheFirstDate)
+{
+    const struct {
+        QString Request;
+        int Day;
+    } cases[] = {{"OPEN|DAILY|" + MinutesOf(kToday + 40), kToday + 40}, {"OPEN|DAILY", kToday}, {"OPEN|LIST|1367997120", kToday},
+                 {"OPEN|MONTHLY|" + MinutesOf(kToday - 3), kToday - 3}, {"OPEN|DAILY|2147483647", kToday},
+                 {"OPEN|DAILY|-2147483647", kToday}, {"OPEN|DAILY|-1440", kToday}};
+    for (const auto& c : cases) {
+        g_CommandRequest = CCommandRequest();
+        Start(c.Request);
+        EXPECT_EQ(PimStore().CursorDate(), c.Day) << c.Request.toStdString();
+        EXPECT_EQ(g_Settings.General.LastView, kViewDaily) << "the view of this build";
+        m_frame.reset();
+    }
+}
+
+TEST_F(MainFrame, AnEmptyCalendarComesUpWithoutAVolume)
+{
+    m_volume.reset();
+    Start();
+    EXPECT_TRUE(m_created);
+    EXPECT_FALSE(m_frame->Snapshot().isNull());
+    m_frame->SendCommand(CmdDateForward);
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 1);
+    m_frame->SendCommand(CmdDelete);
+    m_frame->SendCommand(CmdDuplicate);
+}
+
+TEST_F(MainFrame, ARequestForOneItemShowsNoWindowAndSavesNothing)
+{
+    Start("VIEW|5|0|APPT");
+    EXPECT_FALSE(m_created);
+    m_frame.reset();
+    EXPECT_FALSE(QFile::exists(SettingsFile()));
+}
+
+// ---- end
+
+TEST_F(MainFrame, ASecondCloseDoesNotFail)
+{
+    CMainFrame& frame = Start();
+    g_Settings.DailyView.PopOut = 3;
+    frame.Shutdown(true);
+    EXPECT_TRUE(QFile::exists(SettingsFile()));
+    EXPECT_FALSE(PimStore().IsOpen());
+    frame.Shutdown(true);
+    frame.close();
+    frame.SendCommand(CmdDateForward);
+    frame.OnClockNotice(kClockNewDay);
+    frame.OnInstanceMessage({kMessageRequest, 0, 0, {}});
+    EXPECT_EQ(frame.CurrentView(), nullptr);
+    m_frame.reset();
+    g_Settings.DailyView.PopOut = 0;
+    g_Settings.Load(false);
+    EXPECT_EQ(g_Settings.DailyView.PopOut, 3);
+}
+
+TEST_F(MainFrame, GoesDownAndComesUpAgain)
+{
+    Add("here", kToday);
+    CMainFrame& frame = Start();
+    frame.Shutdown(false);
+    g_Settings.General.CustomTitlebarLocation = kTitleBottom;
+    g_Settings.Save();
+    ASSERT_TRUE(frame.OnCreate());
+    EXPECT_EQ(SubjectsOf(kToday), QStringList{"here"});
+    EXPECT_EQ(frame.CurrentView()->geometry(), QRect(0, 0, 240, 266));
+}
+
+TEST_F(MainFrame, ExitWaitsForTheTimer)
+{
+    CMainFrame& frame = Start();
+    frame.show();
+    frame.SendCommand(CmdExit);
+    EXPECT_EQ(frame.Timers().PeriodOf(kTimerExit), 150);
+    EXPECT_TRUE(frame.IsUp());
+    frame.Timers().Fire(kTimerExit);
+    EXPECT_FALSE(frame.IsUp());
+}
+
+// ---- requests of other processes
+
+TEST_F(MainFrame, APostedRequestMovesTheView)
+{
+    CMainFrame& frame = Start();
+    Post("OPEN|DAILY|" + MinutesOf(kToday + 9));
+    frame.OnInstanceMessage({kMessageRequest, 0, 0, {}});
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 9);
+    EXPECT_FALSE(CRegistry::ReadString(kRegistryKey, "CallCmdLine"));
+    frame.OnInstanceMessage({kMessageRequest, 0, 0, {}});
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 9) << "a request is served once";
+    for (const char* ignored : {"VIEW|5|0|APPT", "SHOWSOFTKEYDIALOG", "REPORTLOGPIXELS", "OPEN|DAILY", "OPEN|DAILY|-2147483647", "x"}) {
+        Post(ignored);
+        frame.OnInstanceMessage({kMessageRequest, 0, 0, {}});
+        EXPECT_EQ(PimStore().CursorDate(), kToday + 9) << ignored;
+    }
+}
+
+TEST_F(MainFrame, PostedTextsOf260CharactersAreRefusedAndDeleted)
+{
+    const struct {
+        QString Text;
+        bool Read;
+    } cases[] = {{"OPEN|DAILY|" + QString(259 - 11, '1'), true}, {"OPEN|DAILY|" + QString(260 - 11, '1'), false}, {"", false}, {"a", true}};
+    for (const auto& c : cases) {
+        Post(c.Text);
+        CCommandRequest request;
+        request.View = 4;
+        EXPECT_EQ(ReadPostedCommandLine(request), c.Read) << c.Text.size();
+        EXPECT_NE(request.View, 4) << "cleared in any case";
+        EXPECT_FALSE(CRegistry::ReadString(kRegistryKey, "CallCmdLine"));
+    }
+    CCommandRequest request;
+    EXPECT_FALSE(ReadPostedCommandLine(request)) << "nothing was posted";
+}
+
+// ---- commands
+
+TEST_F(MainFrame, DatesMoveByCommandAndSoftKey)
+{
+    CMainFrame& frame = Start();
+    frame.SendCommand(CmdDateForward);
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 1);
+    QTest::keyClick(frame.CurrentView(), Qt::Key_F1);
+    QTest::keyClick(frame.CurrentView(), Qt::Key_F1);
+    EXPECT_EQ(PimStore().CursorDate(), kToday - 1) << "F1 is the first key";
+    QTest::mouseClick(&frame, Qt::LeftButton, {}, {120, 300});
+    EXPECT_EQ(PimStore().CursorDate(), kToday) << "the key in the middle goes forward";
+    QTest::mousePress(&frame, Qt::LeftButton, {}, {120, 300});
+    EXPECT_EQ(frame.SoftKeys().Pressed(), 1);
+    QTest::mouseRelease(&frame, Qt::LeftButton, {}, {120, 279});
+    EXPECT_EQ(frame.SoftKeys().Pressed(), -1);
+    EXPECT_EQ(PimStore().CursorDate(), kToday) << "the finger left the key";
+    frame.SendCommand(CmdDateForward);
+    frame.SendCommand(CmdToday);
+    EXPECT_EQ(PimStore().CursorDate(), kToday);
+}
+
+TEST_F(MainFrame, WhatThisBuildHasNoHandlerForIsIgnored)
+{
+    CMainFrame& frame = Start();
+    for (const int command : {CmdNewAppointment, CmdGoTo, CmdSettings, CmdToggleTask, CmdNone}) {
+        EXPECT_FALSE(CMainFrame::OffersCommand(command)) << command;
+        frame.SendCommand(command);
+    }
+    frame.SendCommand(CmdPreviousView);
+    frame.SendCommand(CmdViewButton);
+    EXPECT_EQ(PimStore().CursorDate(), kToday);
+    EXPECT_EQ(frame.CurrentView()->GetViewKind(), kViewDaily);
+}
+
+TEST_F(MainFrame, DeletingAsksAndTheNoticeTakesTheRow)
+{
+    Add("first", kToday, 9);
+    Add("second", kToday, 11);
+    CMainFrame& frame = Start();
+    frame.StartNotices();
+    QStringList asked;
+    int answer = 0;
+    SetAnswerer([&](const QString& text, const QString& caption) {
+        asked << caption + ": " + text;
+        return answer;
+    });
+    frame.SendCommand(CmdDelete);
+    EXPECT_EQ(asked, QStringList{"Delete?: Are you sure you would like to delete the appointment first ?"});
+    EXPECT_EQ(SubjectsOf(kToday).size(), 2);
+    answer = 1;
+    frame.SendCommand(CmdDelete);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday) == QStringList{"second"}; }));
+    auto* view = static_cast<CDailyView*>(frame.CurrentView());
+    EXPECT_EQ(view->Rows().GetCount(), 1);
+    frame.SendCommand(CmdDuplicate);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday).size() == 2; }));
+    EXPECT_EQ(SubjectsOf(kToday), (QStringList{"second", "second"}));
+}
+
+TEST_F(MainFrame, OfASeriesTheChosenPartGoes)
+{
+    const auto series = m_app->CreateAppointment();
+    series->put_Subject("daily");
+    series->put_Start(kToday - 1 + 9 / 24.0);
+    series->put_End(kToday - 1 + 10 / 24.0);
+    series->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
+    series->GetRecurrencePattern()->put_Occurrences(5);
+    ASSERT_TRUE(series->Save());
+    CMainFrame& frame = Start();
+    frame.StartNotices();
+    int secondAnswer = 0; // Cancel
+    SetAnswerer([&](const QString&, const QString& caption) { return caption == "Delete?" ? 1 : secondAnswer; });
+    frame.SendCommand(CmdDelete);
+    EXPECT_EQ(SubjectsOf(kToday).size(), 1);
+    secondAnswer = 1; // this occurrence
+    frame.SendCommand(CmdDelete);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday).isEmpty(); }));
+    EXPECT_EQ(SubjectsOf(kToday + 1).size(), 1);
+    frame.SendCommand(CmdDateForward);
+    secondAnswer = 2; // the series
+    frame.SendCommand(CmdDelete);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday + 1).isEmpty() && SubjectsOf(kToday - 1).isEmpty(); }));
+}
+
+// ---- clock, resizing, keys
+
+TEST_F(MainFrame, ANewDayGoesToToday)
+{
+    CMainFrame& frame = Start();
+    frame.show();
+    EXPECT_TRUE(frame.TimeWatcher().IsRunning());
+    frame.SendCommand(CmdDateBack);
+    SetTime(2026, 3, 11, 0);
+    frame.TimeWatcher().Timers().Fire(CTimeWatcher::kTimer);
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 1);
+    frame.hide();
+    EXPECT_FALSE(frame.TimeWatcher().IsRunning());
+}
+
+TEST_F(MainFrame, TheEndOfAnAppointmentRepaintsTheDay)
+{
+    g_Settings.DailyView.PastAppointments = 2;
+    Add("ends at eleven", kToday, 10);
+    CMainFrame& frame = Start();
+    auto* view = static_cast<CDailyView*>(frame.CurrentView());
+    ASSERT_EQ(view->Rows().GetCount(), 1);
+    EXPECT_EQ(frame.Timers().PeriodOf(kTimerNextEvent), 2 * 3600000);
+    SetTime(2026, 3, 10, 12);
+    frame.Timers().Fire(kTimerNextEvent);
+    EXPECT_EQ(view->Rows().GetCount(), 0);
+    EXPECT_FALSE(frame.Timers().IsRunning(kTimerNextEvent));
+}
+
+TEST_F(MainFrame, ResizingMovesEveryViewAndKeepsTheDay)
+{
+    CMainFrame& frame = Start();
+    frame.SendCommand(CmdDateForward);
+    frame.show();
+    for (const QSize size : {QSize(320, 240), QSize(900, 500), QSize(60, 41), QSize(3, 3)}) {
+        frame.resize(size);
+        QCoreApplication::processEvents();
+        const CFrameLayout layout = frame.Layout();
+        EXPECT_EQ(frame.CurrentView()->geometry(), layout.View) << size.width();
+        EXPECT_EQ(frame.Snapshot().size(), size);
+        EXPECT_EQ(g_ScreenMetrics.m_landscape, size.width() > size.height());
+    }
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 1);
+}
+
+TEST_F(MainFrame, ASnapshotIsWhatTheWindowShows)
+{
+    Add("here", kToday);
+    for (const int density : {96, 192}) {
+        ForceDensity(density);
+        for (int location = 0; location <= 4; ++location) {
+            g_Settings.General.CustomTitlebarLocation = location;
+            CMainFrame& frame = Start();
+            frame.resize(kSize * (density / 96));
+            frame.show();
+            QCoreApplication::processEvents();
+            EXPECT_EQ(frame.grab().toImage().convertToFormat(QImage::Format_RGB32), frame.Snapshot()) << density << ' ' << location;
+            m_frame.reset();
+            QFile::remove(SettingsFile());
+        }
+    }
+}
+
+TEST_F(MainFrame, TheBackKeyActsOnceItWasPressedHere)
+{
+    CMainFrame& frame = Start();
+    frame.show();
+    frame.ShowView(kViewDaily, -1);
+    EXPECT_EQ(frame.PreviousView(), kViewDaily);
+    QTest::keyRelease(frame.CurrentView(), Qt::Key_Escape);
+    EXPECT_EQ(frame.PreviousView(), kViewDaily) << "its press went to a menu";
+    QTest::keyClick(frame.CurrentView(), Qt::Key_Escape);
+    EXPECT_EQ(frame.PreviousView(), -1);
+    EXPECT_FALSE(frame.isMinimized());
+}
+
+TEST_F(MainFrame, TheMenuOffersWhatWorks)
+{
+    Add("here", kToday);
+    CMainFrame& frame = Start();
+    frame.show();
+    QStringList rows;
+    QTimer::singleShot(0, [&] {
+        CTouchMenu* menu = CTouchMenu::Current();
+        ASSERT_TRUE(menu);
+        for (int i = 0; i < menu->GetRowCount(); ++i) {
+            rows << menu->GetRow(i).Text;
+            EXPECT_TRUE(CMainFrame::OffersCommand(menu->GetRow(i).Command)) << menu->GetRow(i).Text.toStdString();
+        }
+        frame.SendCommand(CmdMenu); // not a second one over the first
+        menu->Choose(CmdExit);
+    });
+    frame.SendCommand(CmdMenu);
+    EXPECT_EQ(rows, (QStringList{"Delete", "Duplicate", "Exit Calendar"}));
+    EXPECT_TRUE(frame.Timers().IsRunning(kTimerExit));
+}
+
+// ---- notices
+
+TEST_F(MainFrame, ItemsOfAnotherProgramAppearByThemselves)
+{
+    CMainFrame& frame = Start();
+    frame.show();
+    frame.StartNotices();
+    std::shared_ptr<CPropertyVolume> other;
+    ASSERT_TRUE(CPropertyVolume::Open(m_folder.filePath("pim.vol"), PimSchema(), CPropertyVolume::Mode::MustExist, other));
+    m_app = MakePOutlookApp(other);
+    ASSERT_TRUE(m_app->Logon());
+    Add("from outside", kToday);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday) == QStringList{"from outside"}; }));
+    EXPECT_EQ(static_cast<CDailyView*>(frame.CurrentView())->Rows().GetCount(), 1);
+}
+
+TEST_F(MainFrame, WhatWasWrittenBeforeTheWatchIsNotLost)
+{
+    CMainFrame& frame = Start();
+    Add("in between", kToday);
+    EXPECT_TRUE(SubjectsOf(kToday).isEmpty());
+    frame.StartNotices();
+    EXPECT_TRUE(WaitFor([&] { return !SubjectsOf(kToday).isEmpty(); }));
+}
+
+TEST(NoticePump, LongDrainsRestLonger)
+{
+    EXPECT_EQ(CNoticePump::RestAfter(0), 0);
+    EXPECT_EQ(CNoticePump::RestAfter(9), 0);
+    EXPECT_EQ(CNoticePump::RestAfter(100), 300);
+    EXPECT_EQ(CNoticePump::RestAfter(100000), 1500);
+}
