@@ -3,7 +3,6 @@
 #include "drawing/paint.h"
 #include "drawing/screen_metrics.h"
 #include "settings/color_scheme.h"
-#include "touch/bar_picture.h"
 #include "touch/command_ids.h"
 
 #include <QPainter>
@@ -54,8 +53,11 @@ void CSoftKeyBar::Paint(QPainter& dc, const QRect& bar)
         const CSoftKey& key = m_keys[size_t(n)];
         if (n == m_pressed || key.Flag)
             BlendRect(dc, rect.adjusted(0, D(1), 0, 0), kColorWhite, kPressedAlpha);
-        if (key.ImageId > 0)
-            DrawBarPicture(dc, rect, key.ImageId, color);
+        if (key.ImageId > 0) {
+            const CAlphaImage& image = g_ImageStore.Image(key.ImageId);
+            DrawImage(image, dc, rect.x() + (rect.width() - image.Width()) / 2,
+                      rect.y() + (rect.height() - image.Height()) / 2);
+        }
     }
 }
 

@@ -4,7 +4,6 @@
 #include "drawing/screen_metrics.h"
 #include "drawing/text.h"
 #include "settings/settings.h"
-#include "touch/bar_picture.h"
 #include "touch/device_pixels.h"
 #include "touch/touch_menu.h"
 
@@ -102,17 +101,14 @@ int CTouchMenu::RenderContent(quint32, QPainter& dc, quint32, int scroll, int wi
 void CTouchMenu::PaintRow(QPainter& dc, const CTouchMenuRow& row, const QRect& rect, bool selected) const
 {
     const QRect body = rect.adjusted(0, 0, 0, -D(1));
-    const COLORREF highlight = GetHighlightColor();
     if (selected)
-        DrawSelectionBackground(dc, body, highlight);
+        DrawSelectionBackground(dc, body, GetHighlightColor());
     else
         FillSolid(dc, body, kRowBack);
     FillSolid(dc, {rect.x(), body.y() + body.height(), rect.width(), D(1)}, kHairLine);
 
     const QRect picture(body.x() + D(kPictureGap), body.y(), D(kPictureSize), body.height());
-    if (row.ImageId > 0 && selected) {
-        DrawBarPicture(dc, picture, row.ImageId, highlight);
-    } else if (row.ImageId > 0) {
+    if (row.ImageId > 0) {
         const CAlphaImage& image = g_ImageStore.Image(row.ImageId);
         DrawImage(image, dc, picture.x() + (picture.width() - image.Width()) / 2,
                   picture.y() + (picture.height() - image.Height()) / 2);

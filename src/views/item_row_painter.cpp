@@ -7,7 +7,7 @@
 #include "pim/pim_store.h"
 #include "settings/item_text.h"
 #include "settings/settings.h"
-#include "touch/bar_picture.h"
+#include "touch/white_picture.h"
 #include "views/item_row_parts.h"
 
 #include <QPainter>
@@ -139,7 +139,7 @@ CRowIcons CItemRowPainter::LayOutStatusIcons(const CPimItem& item, int x, int y,
 void CItemRowPainter::DrawPicture(const Row& row, int imageId, int x, int y) const
 {
     if (row.Dc && row.Selected)
-        DrawBarPicture(*row.Dc, QPoint(x, y), imageId, m_setup.Selection);
+        DrawWhitePicture(*row.Dc, QPoint(x, y), imageId, m_setup.Selection);
     else if (row.Dc)
         DrawImage(g_ImageStore.Image(imageId), *row.Dc, x, y);
 }

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "drawing/image_store.h"
-#include "touch/bar_picture.h"
+#include "touch/white_picture.h"
 #include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/soft_key_bar.h"
@@ -70,13 +70,13 @@ TEST_F(SoftKeys, OnlyThePressedKeyIsLighter)
     EXPECT_EQ(at(20), plain);
 }
 
-TEST_F(SoftKeys, PicturesStandOutFromAnyBar)
+TEST_F(SoftKeys, WhitePicturesStandOutFromAnyGround)
 {
     for (const COLORREF bar : {Rgb(36, 112, 168), Rgb(240, 200, 60), Rgb(255, 255, 255), Rgb(0, 0, 0)}) {
         QImage picture(40, 40, QImage::Format_RGB32);
         picture.fill(QColor(int(RedOf(bar)), int(GreenOf(bar)), int(BlueOf(bar))));
         QPainter dc(&picture);
-        DrawBarPicture(dc, picture.rect(), 701, bar);
+        DrawWhitePicture(dc, {10, 10}, 136, bar);
         double most = 1;
         for (int y = 0; y < 40; ++y) {
             for (int x = 0; x < 40; ++x) {

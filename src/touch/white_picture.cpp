@@ -1,4 +1,4 @@
-#include "touch/bar_picture.h"
+#include "touch/white_picture.h"
 #include "drawing/image_store.h"
 #include "drawing/paint.h"
 #include "drawing/screen_metrics.h"
@@ -12,7 +12,7 @@
 namespace
 {
 constexpr double kEnoughContrast = 3;
-constexpr quint32 kEdgeAlpha = 170; // of black over the bar's colour
+constexpr quint32 kEdgeAlpha = 170; // of black over the ground's colour
 constexpr int kInkRange = 180;      // how far the pictures' ink lies below white
 
 double LinearOf(quint32 channel)
@@ -60,17 +60,17 @@ CAlphaImage SolidInk(int width, int height, const std::vector<quint8>& alpha, CO
     return image;
 }
 
-struct BarPicture {
+struct WhitePicture {
     CAlphaImage White, Edge;
 };
 
-BarPicture MakeBarPicture(const CAlphaImage& image, COLORREF bar)
+WhitePicture MakeWhitePicture(const CAlphaImage& image, COLORREF ground)
 {
     const int width = image.Width(), height = image.Height();
     const std::vector<quint8> ink = InkOf(image);
-    BarPicture made;
+    WhitePicture made;
     made.White = SolidInk(width, height, ink, kColorWhite);
-    if (Contrast(kColorWhite, bar) < kEnoughContrast) {
+    if (Contrast(kColorWhite, ground) < kEnoughContrast) {
         const auto across = Spread(ink, width, height, 1, width, D(1));
         made.Edge = SolidInk(width, height, Spread(across, height, width, width, 1, D(1)),
                              Blend(kColorBlack, bar, kEdgeAlpha));
@@ -85,22 +85,15 @@ double Contrast(COLORREF a, COLORREF b)
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
-void DrawBarPicture(QPainter& dc, QPoint at, int imageId, COLORREF bar)
+void DrawWhitePicture(QPainter& dc, QPoint at, int imageId, COLORREF ground)
 {
     const CAlphaImage& image = g_ImageStore.Image(imageId);
     if (!image.IsValid())
         return;
-    static std::map<std::tuple<int, COLORREF, int>, BarPicture> made;
-    const auto [entry, isNew] = made.try_emplace({imageId, bar, g_ScreenMetrics.Multiple()});
+    static std::map<std::tuple<int, COLORREF, int>, WhitePicture> made;
+    const auto [entry, isNew] = made.try_emplace({imageId, ground, g_ScreenMetrics.Multiple()});
     if (isNew)
-        entry->second = MakeBarPicture(image, bar);
+        entry->second = MakeWhitePicture(image, ground);
     DrawImage(entry->second.Edge, dc, at.x(), at.y());
     DrawImage(entry->second.White, dc, at.x(), at.y());
-}
-
-void DrawBarPicture(QPainter& dc, const QRect& rect, int imageId, COLORREF bar)
-{
-    const CAlphaImage& image = g_ImageStore.Image(imageId);
-    const QPoint inset((rect.width() - image.Width()) / 2, (rect.height() - image.Height()) / 2);
-    DrawBarPicture(dc, rect.topLeft() + inset, imageId, bar);
 }
