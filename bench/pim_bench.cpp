@@ -52,7 +52,7 @@ void LoadMarch(benchmark::State& state)
 }
 BENCHMARK(LoadMarch)->Unit(benchmark::kMillisecond);
 
-// What libical's iterator needs for the same month: every rule of the file, from its start.
+// What libical's iterator needs for the same month, over every rule of the file.
 void IteratorMarch(benchmark::State& state)
 {
     const std::string text = ReadFile(std::getenv("TESSERA_BENCH_CALENDAR"));
@@ -72,7 +72,11 @@ void IteratorMarch(benchmark::State& state)
                 found += MonthOf(start) == kMonth;
                 continue;
             }
-            icalrecur_iterator* iterator = icalrecur_iterator_new(icalproperty_get_rrule(rule), start);
+            const icalrecurrencetype recurrence = icalproperty_get_rrule(rule);
+            icalrecur_iterator* iterator = icalrecur_iterator_new(recurrence, start);
+            // Its own short cut; a rule with a count has none.
+            if (recurrence.count == 0 && MonthOf(start) < kMonth)
+                icalrecur_iterator_set_start(iterator, icaltime_from_string("20260301T000000"));
             for (icaltimetype at = icalrecur_iterator_next(iterator); !icaltime_is_null_time(at);
                  at = icalrecur_iterator_next(iterator)) {
                 if (MonthOf(at) > kMonth)

@@ -3,7 +3,6 @@
 #include "interchange/import_limits.h"
 
 #include <QByteArray>
-#include <QString>
 #include <QStringDecoder>
 #include <algorithm>
 #include <cstring>
@@ -63,12 +62,19 @@ bool CLineReader::Next(CTextLine& line)
 
 bool CLineReader::Fill()
 {
+    constexpr qint64 kMark = 4; // the first block must hold a whole byte order mark
     m_block.resize(ImportLimit::BlockBytes);
-    const qint64 got = m_failed ? 0 : m_read(m_block.data(), qint64(m_block.size()));
-    m_failed = m_failed || got < 0;
-    m_block.resize(size_t(std::max<qint64>(got, 0)));
+    qint64 size = 0;
+    while (!m_failed && size < (m_firstBlock ? kMark : 1)) {
+        const qint64 got = m_read(m_block.data() + size, qint64(m_block.size()) - size);
+        m_failed = got < 0;
+        if (got <= 0)
+            break;
+        size += got;
+    }
+    m_block.resize(size_t(size));
     m_pos = 0;
-    m_bytesRead += qint64(m_block.size());
+    m_bytesRead += size;
     if (m_block.empty())
         return false;
     Decode();
@@ -88,7 +94,12 @@ void CLineReader::Decode()
     }
     if (!m_utf16)
         return;
-    const QString text = (*m_utf16)(QByteArrayView(m_block.data(), qsizetype(m_block.size())));
+    QString text = m_halfPair + (*m_utf16)(QByteArrayView(m_block.data(), qsizetype(m_block.size())));
+    m_halfPair.clear();
+    if (!text.isEmpty() && text.back().isHighSurrogate()) {
+        m_halfPair = text.right(1);
+        text.chop(1);
+    }
     m_block = text.toStdString();
 }
 

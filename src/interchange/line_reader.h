@@ -5,7 +5,7 @@
 // Units: line numbers count from 1 and are those of the file, before unfolding.
 // Memory: one block and one line; a line past the limit is cut and says so.
 #pragma once
-#include <QtGlobal>
+#include <QString>
 #include <functional>
 #include <memory>
 #include <string>
@@ -40,6 +40,7 @@ private:
 
     ReadBytes m_read;
     std::unique_ptr<QStringDecoder> m_utf16;
+    QString m_halfPair; // the first half of a character whose second is still to come
     std::string m_block;
     size_t m_pos = 0;
     CTextLine m_current;

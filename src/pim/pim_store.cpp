@@ -76,7 +76,7 @@ void CPimStore::Private::RearmTimer()
     if (next == NO_DATE)
         SetNextEvent(-1);
     else
-        SetNextEvent(qint64(std::clamp((next - now) * 24 * 60 * 60000, kShortestTimer, kLongestTimer)));
+        SetNextEvent(std::llround(std::clamp((next - now) * 24 * 60 * 60000, kShortestTimer, kLongestTimer)));
 }
 
 bool CPimStore::OnNextEventTimer(DATE now)

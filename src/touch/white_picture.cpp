@@ -73,7 +73,7 @@ WhitePicture MakeWhitePicture(const CAlphaImage& image, COLORREF ground)
     if (Contrast(kColorWhite, ground) < kEnoughContrast) {
         const auto across = Spread(ink, width, height, 1, width, D(1));
         made.Edge = SolidInk(width, height, Spread(across, height, width, width, 1, D(1)),
-                             Blend(kColorBlack, bar, kEdgeAlpha));
+                             Blend(kColorBlack, ground, kEdgeAlpha));
     }
     return made;
 }

@@ -75,7 +75,15 @@ ImportTest::ImportTest()
     EXPECT_TRUE(ZoneRecordOf("Europe/Berlin", 2026, &berlin));
     m_zone = std::make_unique<CFixedTimeZone>(berlin);
     SetTimeZone(m_zone.get());
-    const CStatus status = CPropertyVolume::Open(m_folder.filePath(QStringLiteral("pim.vol")), PimSchema(),
+    FreshVolume();
+}
+
+void ImportTest::FreshVolume()
+{
+    m_app.reset();
+    m_volume.reset();
+    m_folder = std::make_unique<QTemporaryDir>();
+    const CStatus status = CPropertyVolume::Open(m_folder->filePath(QStringLiteral("pim.vol")), PimSchema(),
                                                  CPropertyVolume::Mode::Create, m_volume);
     EXPECT_TRUE(status.IsOk()) << status.Text().toStdString();
     m_app = MakePOutlookApp(m_volume);

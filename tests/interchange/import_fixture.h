@@ -20,6 +20,7 @@ class ImportTest : public testing::Test
 protected:
     ImportTest();
     ~ImportTest() override;
+    void FreshVolume();
     CImported ImportBytes(const std::string& bytes, const CCalendarImporter::Progress& progress = {});
     // Lines with "\n" between them, put into a calendar.
     CImported Import(const std::string& components) { return ImportBytes(Calendar(components)); }
@@ -31,7 +32,7 @@ protected:
     std::unique_ptr<IAppointment> Open(const std::string& uid, size_t index = 0);
     qint64 RecordCount();
 
-    QTemporaryDir m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
     CManualClock m_clock;
     std::unique_ptr<CFixedTimeZone> m_zone;
     std::shared_ptr<CPropertyVolume> m_volume;
