@@ -49,8 +49,11 @@ CLineReader::~CLineReader() = default;
 bool CLineReader::Next(CTextLine& line)
 {
     for (;;) {
-        if (m_pos == m_block.size() && !Fill())
-            return Finish(line);
+        if (m_pos == m_block.size()) {
+            if (!Fill())
+                return Finish(line);
+            continue; // what was read may be half a character
+        }
         if (m_atLineStart) {
             if (TakeLineStart(line))
                 return true;
