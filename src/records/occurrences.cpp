@@ -160,6 +160,7 @@ qint64 CPatternDays::IndexAtOrAfter(int day) const
 {
     if (m_empty || day <= m_anchor)
         return 0;
+    day = std::min(day, kNoDay);
     if (m_type == PatternType::Daily)
         return (qint64(day) - m_anchor + m_interval - 1) / m_interval;
     if (m_type == PatternType::Weekly) {
