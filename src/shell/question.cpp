@@ -1,16 +1,20 @@
 #include "shell/question.h"
 #include "drawing/image_store.h"
 #include "drawing/paint.h"
+#include "drawing/screen_metrics.h"
 #include "settings/system_colors.h"
+#include "touch/device_pixels.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 namespace
 {
 constexpr int kDialogFont = 0;
+constexpr QSize kButtonSize{80, 40}; // design pixels: a finger's
 Answerer g_answerer;
 
 struct Button {
@@ -24,7 +28,10 @@ int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessage
         return g_answerer(text, caption);
     QMessageBox box(icon, caption, text, QMessageBox::NoButton, owner);
     box.setTextFormat(Qt::PlainText);
-    box.setFont(g_ImageStore.Font(kDialogFont));
+    const int k = SurfaceFactor(owner); // a live control counts in logical pixels
+    QFont font = g_ImageStore.Font(kDialogFont);
+    font.setPixelSize(std::max(font.pixelSize() / k, 1));
+    box.setFont(font);
     QPalette palette = box.palette();
     palette.setColor(QPalette::Window, ToQColor(SystemColor::Window));
     palette.setColor(QPalette::WindowText, ToQColor(SystemColor::WindowText));
@@ -34,6 +41,8 @@ int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessage
         const bool last = made.size() + 1 == buttons.size();
         made += box.addButton(button.Text, last ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
         made.last()->setToolTip(button.Hint);
+        made.last()->setFont(font);
+        made.last()->setMinimumSize(D(kButtonSize.width()) / k, D(kButtonSize.height()) / k);
     }
     box.setEscapeButton(made.last());
     box.exec();
