@@ -88,10 +88,13 @@ void CPatternObject::put_Pattern(const CRecurrencePattern& pattern)
     m_pattern = pattern;
     // In order of day, one of each: so they are stored and found.
     std::vector<CRecurrenceException>& exceptions = m_pattern.Exceptions;
-    const auto day = [](const CRecurrenceException& e) { return e.OriginalDay; };
-    std::ranges::stable_sort(exceptions, {}, day);
-    const auto twice = std::ranges::unique(exceptions, {}, day);
-    exceptions.erase(twice.begin(), twice.end());
+    std::stable_sort(exceptions.begin(), exceptions.end(), [](const CRecurrenceException& a, const CRecurrenceException& b) {
+        return a.OriginalDay < b.OriginalDay;
+    });
+    const auto twice = std::unique(exceptions.begin(), exceptions.end(), [](const CRecurrenceException& a, const CRecurrenceException& b) {
+        return a.OriginalDay == b.OriginalDay;
+    });
+    exceptions.erase(twice, exceptions.end());
     if (m_zonePut || pattern.Zone() == TimeZoneInformation())
         m_pattern.SetZone(zone);
     m_rows.reset();
