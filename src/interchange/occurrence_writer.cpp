@@ -74,12 +74,15 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
         for (const CForeignKey& key : keys) {
             if (key.OccurrenceId.startsWith(QLatin1Char('R')) || !Open(key))
                 continue;
+            // By its kept name too: its series may have new times since.
+            if (Result known{}; IsKnown(event, NameOf(event), &known))
+                return Result::Unchanged;
             found = Holds(event, &day);
             if (found)
                 break;
         }
         if (found && event.ThisAndFuture)
-            return PutFollowing(event, day, status);
+            return PutFollowing(event, component, day, status);
         if (!found)
             return PutAlone(event, keys, status);
     }
@@ -276,7 +279,8 @@ void COccurrenceWriter::KeepChange(const CImportedEvent& event, const CComponent
 
 // ---- the change of an occurrence and all later ones
 
-COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event, int day, CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event, const CComponent& component,
+                                                          int day, CStatus* status)
 {
     if (!m_open.IsSeries || event.Cancelled) {
         *status = CStatus(StatusKind::Invalid, QStringLiteral("no series can take a change of all later occurrences"));
@@ -296,14 +300,16 @@ COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& 
     const quint32 index = m_open.Foreign.EqualsIndex;
     const CPlannedRecord record = Following(event, std::move(after));
     following.Zone = m_open.Zone;
-    if (passed == 0) {
-        *status = m_open.Item->Delete();
-        m_open = COpenItem();
-    } else {
-        m_open.Pattern = before;
-        m_open.IsDirty = true;
+    m_open.IsDirty = true;
+    if (passed == 0) { // nothing remains of the series as it was
+        m_writer.PutValues(event, *m_open.Item, false);
+        m_open.Pattern = record.Pattern;
+        KeepChange(event, component);
         *status = Flush();
+        return *status ? Result::Created : Result::Failed;
     }
+    m_open.Pattern = before;
+    *status = Flush();
     if (*status)
         *status = m_writer.Write(following, record, index, event.Kept, QString(), nullptr);
     return *status ? Result::Created : Result::Failed;

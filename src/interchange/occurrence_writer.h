@@ -46,7 +46,7 @@ private:
     bool IsKnown(const CImportedEvent& event, const QString& name, Result* result) const;
     Result PutInSeries(const CImportedEvent& event, const CComponent& component, int day);
     Result PutInSingle(const CImportedEvent& event, const CComponent& component, CStatus* status);
-    Result PutFollowing(const CImportedEvent& event, int day, CStatus* status);
+    Result PutFollowing(const CImportedEvent& event, const CComponent& component, int day, CStatus* status);
     Result PutFollowingAgain(const CImportedEvent& event, const CForeignKey& key, CStatus* status);
     CPlannedRecord Following(const CImportedEvent& event, CRecurrencePattern pattern) const;
     Result PutAlone(const CImportedEvent& event, const std::vector<CForeignKey>& keys, CStatus* status);

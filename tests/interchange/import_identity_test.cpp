@@ -27,6 +27,8 @@ TEST_F(ImportTest, SecondImportChangesNothing)
                                         "STATUS:CANCELLED"),
         Event("g", kDaily) + Event("g", "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260313T080000\n"
                                         "DTSTART;TZID=Europe/Berlin:20260313T090000\nDURATION:PT1H", "y"),
+        Event("h", kDaily) + Event("h", "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260310T080000\n"
+                                        "DTSTART;TZID=Europe/Berlin:20260311T090000\nDURATION:PT1H", "y"),
     };
     for (const std::string& file : files) {
         const CImported first = Import(file);
