@@ -106,7 +106,7 @@ def main():
         expect(window.poll() is None, "the window has gone")
         print(f"slowest answer beside an import: {worst * 1000:.0f} ms")
 
-        subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "tessera", "windowquit"], env=home.env)
+        window.terminate()
         try:
             code = window.wait(timeout=10)
             expect(code == 0, f"the window ends with {code}")
