@@ -33,8 +33,9 @@ public:
 
 void FillDay(int count)
 {
-    static const char* const subjects[] = {"Review of the draft %1", "Call back %1", "Planning for the next quarter with everyone %1",
-                                           "Lunch %1", "Flight to Lisbon, gate closes early %1"};
+    static const char* const subjects[] = {"Review of the draft %1", "Call back %1",
+                                           "Planning for the next quarter with everyone %1", "Lunch %1",
+                                           "Flight to Lisbon, gate closes early %1"};
     PimStore().Initialize(nullptr);
     PimStore().LoadRange(kDay, kDay, kDay);
     CDayItems* day = PimStore().FindDay(kDay);
@@ -90,6 +91,7 @@ void ScrollFrame(benchmark::State& state)
     g_Settings.DailyView.PopOut = int(state.range(0));
     CBenchView bench(60);
     bench.View.OnCreate();
+    bench.View.Refresh();
     CTouchNavigator& scroller = bench.View.Scroller();
     const int way = scroller.ContentHeight() - kPhone.height();
     for (int scroll = 0; scroll > -kPhone.height(); scroll -= 100)
@@ -106,6 +108,7 @@ void ScrollFrameToWindow(benchmark::State& state)
 {
     CBenchView bench(60);
     bench.View.OnCreate();
+    bench.View.Refresh();
     CTouchNavigator& scroller = bench.View.Scroller();
     QImage window(kPhone, QImage::Format_RGB32);
     QPainter dc(&window);
@@ -122,8 +125,10 @@ BENCHMARK(ScrollFrameToWindow)->Unit(benchmark::kMicrosecond);
 void FirstLayoutOfManyRows(benchmark::State& state)
 {
     CBenchView bench(kManyItems, 96, QSize(int(state.range(0)), 640));
-    for (auto _ : state)
+    for (auto _ : state) {
         bench.View.OnCreate();
+        bench.View.Refresh();
+    }
 }
 BENCHMARK(FirstLayoutOfManyRows)->Arg(240)->Arg(480)->Unit(benchmark::kMillisecond);
 
@@ -131,6 +136,7 @@ void ReloadOfManyRows(benchmark::State& state)
 {
     CBenchView bench(kManyItems, 96, QSize(480, 640));
     bench.View.OnCreate();
+    bench.View.Refresh();
     for (auto _ : state)
         bench.View.OnDataChanged(0, 0, 0);
 }

@@ -50,7 +50,8 @@ enum CommandId : int {
     CmdTasksExpandAll = 40401,
     CmdTasksCollapseAll = 40402,
     CmdDuplicate = 40403,
-    CmdItemsToViewFirst = 40404, // .. 40412: all, overdue, active, completed, due today, 7 days, 30 days, future, undated
+    CmdItemsToViewFirst =
+        40404, // .. 40412: all, overdue, active, completed, due today, 7 days, 30 days, future, undated
     CmdItemsToViewLast = 40412,
     CmdShowSearch = 40633,
     CmdPreviousView = 40634,

@@ -11,9 +11,15 @@ namespace
 int s_forcedDensity = -1;
 }
 
-void ForceDensity(int density) { s_forcedDensity = density; }
+void ForceDensity(int density)
+{
+    s_forcedDensity = density;
+}
 
-int ForcedDensity() { return s_forcedDensity; }
+int ForcedDensity()
+{
+    return s_forcedDensity;
+}
 
 int SurfaceFactorOf(double devicePixelRatio)
 {

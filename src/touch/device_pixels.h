@@ -20,12 +20,15 @@ int SurfaceFactorOf(double devicePixelRatio); // rounded up, 1 to 4
 int SurfaceFactor(const QWidget* window);     // 1 for no window
 int SurfaceDensity(const QWidget* window);    // what the screen metrics are to be told
 
-inline QSize ToSurface(QSize logical, int k) { return logical * k; }
+inline QSize ToSurface(QSize logical, int k)
+{
+    return logical * k;
+}
 inline QRect ToSurface(const QRect& logical, int k)
 {
     return {logical.x() * k, logical.y() * k, logical.width() * k, logical.height() * k};
 }
-QPoint ToSurface(QPointF logical, int k);    // the pixel under the pointer
+QPoint ToSurface(QPointF logical, int k);     // the pixel under the pointer
 QRect ToLogical(const QRect& surface, int k); // the smallest that covers it
 
 // Puts a surface on the window's painter, its top left at a surface point; one to one when the

@@ -63,4 +63,7 @@ void PauseFor(int milliseconds)
         QThread::msleep(static_cast<unsigned long>(milliseconds));
 }
 
-void SetPause(std::function<void(int)> pause) { PauseInForce() = std::move(pause); }
+void SetPause(std::function<void(int)> pause)
+{
+    PauseInForce() = std::move(pause);
+}

@@ -15,7 +15,10 @@ constexpr quint32 kPressedAlpha = 128;
 constexpr quint32 kHairLineAlpha = 90; // of black over the bar's colour
 } // namespace
 
-int CSoftKeyBar::Height() { return D(kBarHeight); }
+int CSoftKeyBar::Height()
+{
+    return D(kBarHeight);
+}
 
 QRect CSoftKeyBar::KeyRect(const QRect& bar, int index, int count)
 {
@@ -26,7 +29,10 @@ QRect CSoftKeyBar::KeyRect(const QRect& bar, int index, int count)
     return {bar.x() + left, bar.y(), right - left, bar.height()};
 }
 
-void CSoftKeyBar::AddButton(int command, int imageId, bool flag) { m_keys.push_back({command, imageId, flag}); }
+void CSoftKeyBar::AddButton(int command, int imageId, bool flag)
+{
+    m_keys.push_back({command, imageId, flag});
+}
 
 void CSoftKeyBar::Clear()
 {
@@ -86,6 +92,12 @@ int CSoftKeyBar::CommandAt(int index) const
     return index >= 0 && index < GetCount() ? m_keys[size_t(index)].Command : CmdNone;
 }
 
-int CSoftKeyBar::FirstCommand() const { return CommandAt(0); }
+int CSoftKeyBar::FirstCommand() const
+{
+    return CommandAt(0);
+}
 
-int CSoftKeyBar::LastCommand() const { return CommandAt(GetCount() - 1); }
+int CSoftKeyBar::LastCommand() const
+{
+    return CommandAt(GetCount() - 1);
+}

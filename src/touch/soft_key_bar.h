@@ -13,15 +13,15 @@
 class QPainter;
 
 struct CSoftKey {
-    int Command = -1; // -1: a separator that cannot be pressed
-    int ImageId = 0;  // 0 or -1: no image
+    int Command = -1;  // -1: a separator that cannot be pressed
+    int ImageId = 0;   // 0 or -1: no image
     bool Flag = false; // stands for something that is on: painted lightened
 };
 
 class CSoftKeyBar
 {
 public:
-    static int Height();                                       // 40 design pixels
+    static int Height();                                          // 40 design pixels
     static QRect KeyRect(const QRect& bar, int index, int count); // pure
 
     void AddButton(int command, int imageId, bool flag = false);
@@ -38,8 +38,8 @@ public:
     int GetCount() const { return int(m_keys.size()); }
     const CSoftKey& GetKey(int index) const { return m_keys[size_t(index)]; }
     int CommandAt(int index) const; // CmdNone out of range
-    int FirstCommand() const; // key F1; CmdNone without buttons or for a separator
-    int LastCommand() const;  // key F2
+    int FirstCommand() const;       // key F1; CmdNone without buttons or for a separator
+    int LastCommand() const;        // key F2
 
 private:
     std::vector<CSoftKey> m_keys;

@@ -22,18 +22,30 @@ constexpr int kColorCount = 503;
 
 // ---- layout
 
-int CTimelineBar::StripHeight() { return D(15); }
+int CTimelineBar::StripHeight()
+{
+    return D(15);
+}
 
-int CTimelineBar::StripWidth() { return kHours * D(4) + 2 * D(3); }
+int CTimelineBar::StripWidth()
+{
+    return kHours * D(4) + 2 * D(3);
+}
 
-int CTimelineBar::Height() { return D(15) + 6; }
+int CTimelineBar::Height()
+{
+    return D(15) + 6;
+}
 
 QRect CTimelineBar::StripRect(int x, int y)
 {
     return {x + S(3), y + (Height() - StripHeight()) / 2, StripWidth(), StripHeight()};
 }
 
-QRect CTimelineBar::InnerRect(const QRect& strip) { return strip.adjusted(D(3), D(3), -D(3), -D(3)); }
+QRect CTimelineBar::InnerRect(const QRect& strip)
+{
+    return strip.adjusted(D(3), D(3), -D(3), -D(3));
+}
 
 QRect CTimelineBar::CellRect(const QRect& strip, int hour)
 {
@@ -95,8 +107,9 @@ void CTimelineBar::PaintStrip(QPainter& dc, const QRect& strip, const CTimelineD
     FillSolid(dc, strip, m_colors.StripBorder);
     FillSolid(dc, strip.adjusted(1, 1, -1, -1), m_colors.StripBack);
     for (int quarter = 1; quarter < 4; ++quarter)
-        FillSolid(dc, {inner.x() + inner.width() * quarter / 4, inner.y() - D(3), S(1), inner.height() + 2 * D(3)},
-                  m_colors.StripBorder);
+        FillSolid(
+            dc, {inner.x() + inner.width() * quarter / 4, inner.y() - D(3), S(1), inner.height() + 2 * D(3)},
+            m_colors.StripBorder);
     FillSolid(dc, inner, kStripGround);
     for (int hour = 0; hour < kHours; ++hour) {
         const CTimelineSlot& slot = day.Slots[size_t(hour)];

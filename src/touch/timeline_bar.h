@@ -38,7 +38,7 @@ public:
 
     static int StripHeight();
     static int StripWidth();
-    static int Height(); // of the bar
+    static int Height();                  // of the bar
     static QRect StripRect(int x, int y); // from the bar's top left
     static QRect InnerRect(const QRect& strip);
     static QRect CellRect(const QRect& strip, int hour); // 0..23; they tile the inner area

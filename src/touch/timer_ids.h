@@ -3,9 +3,9 @@
 
 enum TimerId : int {
     kTimerOverlay = 1,
-    kTimerNextEvent = 2,      // computed period
-    kTimerExit = 101,         // deferred destruction
-    kTimerTransition = 102,   // step of a screen transition
+    kTimerNextEvent = 2,    // computed period
+    kTimerExit = 101,       // deferred destruction
+    kTimerTransition = 102, // step of a screen transition
     kTimerFling = 1030,
     kTimerPress = 1031,
     kTimerRebound = 1032,

@@ -30,7 +30,10 @@ CTouchMenu::CTouchMenu(const QString& title) : m_title(title.simplified())
 
 CTouchMenu::~CTouchMenu() = default;
 
-CTouchMenu* CTouchMenu::Current() { return s_current; }
+CTouchMenu* CTouchMenu::Current()
+{
+    return s_current;
+}
 
 // ---- rows
 
@@ -99,14 +102,18 @@ bool CTouchMenu::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-void CTouchMenu::resizeEvent(QResizeEvent*) { ApplyLayout(); }
+void CTouchMenu::resizeEvent(QResizeEvent*)
+{
+    ApplyLayout();
+}
 
 void CTouchMenu::ApplyLayout()
 {
     const CTouchMenuLayout layout = Layout();
     setAttribute(Qt::WA_OpaquePaintEvent, layout.Page == QRect(QPoint(0, 0), ToSurface(size(), m_factor)));
     if (m_touch.Width() == 0)
-        m_touch.Attach(0, this, this, layout.List.x(), layout.List.y(), layout.List.width(), layout.List.height());
+        m_touch.Attach(0, this, this, layout.List.x(), layout.List.y(), layout.List.width(),
+                       layout.List.height());
     else
         m_touch.SetArea(layout.List);
     update();
@@ -114,7 +121,8 @@ void CTouchMenu::ApplyLayout()
 
 void CTouchMenu::ShowCheckedRow()
 {
-    const auto checked = std::find_if(m_rows.begin(), m_rows.end(), [](const auto& row) { return row.Checked; });
+    const auto checked =
+        std::find_if(m_rows.begin(), m_rows.end(), [](const auto& row) { return row.Checked; });
     if (checked != m_rows.end())
         m_touch.EnsureVisible(RowRect(int(checked - m_rows.begin())));
 }
@@ -127,7 +135,10 @@ bool CTouchMenu::OnPress(quint32, int, int y)
     return true;
 }
 
-void CTouchMenu::OnDragStart(quint32) { SelectRow(-1); }
+void CTouchMenu::OnDragStart(quint32)
+{
+    SelectRow(-1);
+}
 
 void CTouchMenu::OnTap(quint32, int, int y)
 {
@@ -135,7 +146,10 @@ void CTouchMenu::OnTap(quint32, int, int y)
     Choose(index < 0 ? CmdNone : m_rows[size_t(index)].Command);
 }
 
-void CTouchMenu::SelectRow(int index) { m_selected = index; }
+void CTouchMenu::SelectRow(int index)
+{
+    m_selected = index;
+}
 
 void CTouchMenu::mousePressEvent(QMouseEvent* event)
 {

@@ -47,7 +47,7 @@ public:
 
     // Shows the menu until a row or key is chosen; CmdNone when it was left without a choice.
     int Run(QWidget* owner);
-    void Choose(int command); // ends Run
+    void Choose(int command);     // ends Run
     static CTouchMenu* Current(); // the innermost one that runs, or null
 
     static int RowHeight(); // with the hair line under it
@@ -68,7 +68,8 @@ protected:
     bool focusNextPrevChild(bool) override { return false; }
 
 private:
-    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width, int height) override;
+    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width,
+                      int height) override;
     bool OnPress(quint32 value, int x, int y) override;
     void OnDragStart(quint32 value) override;
     void OnTap(quint32 value, int x, int y) override;
@@ -92,7 +93,7 @@ private:
     CTouchNavigator m_touch;
     QEventLoop* m_loop = nullptr;
     int m_result = -1;
-    int m_selected = -1;     // the row under the finger or the keyboard's
+    int m_selected = -1; // the row under the finger or the keyboard's
     enum Touched { kNothing, kRows, kKeys, kBeside };
     Touched m_touched = kNothing; // where the finger went down
     int m_factor = 1;

@@ -55,9 +55,11 @@ CTouchMenuLayout CTouchMenuLayout::Of(QSize window, bool hasTitle, int contentHe
     const int title = hasTitle ? D(kTitleHeight) : 0, keys = CSoftKeyBar::Height();
     layout.Page = QRect(QPoint(0, 0), window);
     if (window.width() > D(kPageWidth)) {
-        const int room = std::max(window.height() - 2 * D(kCardMargin), std::min(window.height(), title + keys));
+        const int room =
+            std::max(window.height() - 2 * D(kCardMargin), std::min(window.height(), title + keys));
         const int height = std::min(title + contentHeight + keys, room);
-        layout.Page = QRect((window.width() - D(kPageWidth)) / 2, (window.height() - height) / 2, D(kPageWidth), height);
+        layout.Page = QRect((window.width() - D(kPageWidth)) / 2, (window.height() - height) / 2,
+                            D(kPageWidth), height);
     }
     const QRect& page = layout.Page;
     const int list = std::max(page.height() - title - keys, 0);
@@ -68,14 +70,20 @@ CTouchMenuLayout CTouchMenuLayout::Of(QSize window, bool hasTitle, int contentHe
     return layout;
 }
 
-int CTouchMenu::RowHeight() { return D(kRowHeight); }
+int CTouchMenu::RowHeight()
+{
+    return D(kRowHeight);
+}
 
 CTouchMenuLayout CTouchMenu::Layout() const
 {
     return CTouchMenuLayout::Of(ToSurface(size(), m_factor), !m_title.isEmpty(), GetRowCount() * RowHeight());
 }
 
-QRect CTouchMenu::RowRect(int index) const { return {0, index * RowHeight(), m_touch.Width(), RowHeight()}; }
+QRect CTouchMenu::RowRect(int index) const
+{
+    return {0, index * RowHeight(), m_touch.Width(), RowHeight()};
+}
 
 int CTouchMenu::RowAt(int y) const
 {
@@ -118,8 +126,9 @@ void CTouchMenu::PaintRow(QPainter& dc, const CTouchMenuRow& row, const QRect& r
     const COLORREF ink = selected ? g_Settings.ResolveColor(kColorSelectedText) : kInk;
     if (row.Checked) {
         textRight -= D(kCheckSize);
-        DrawCheckMark(dc, {textRight, body.y() + (body.height() - D(kCheckSize)) / 2, D(kCheckSize), D(kCheckSize)},
-                      selected ? ink : kCheckInk);
+        DrawCheckMark(
+            dc, {textRight, body.y() + (body.height() - D(kCheckSize)) / 2, D(kCheckSize), D(kCheckSize)},
+            selected ? ink : kCheckInk);
         textRight -= D(kPictureGap);
     }
     dc.setFont(g_ImageStore.Font(kFontRow));

@@ -12,9 +12,9 @@
 
 namespace
 {
-constexpr int kDragThreshold = 12;  // design pixels
-constexpr int kFlingThreshold = 7;  // surface pixels over the last two moves
-constexpr double kFlingStepMs = 45; // a fling's speed is the finger's way in this time
+constexpr int kDragThreshold = 12;      // design pixels
+constexpr int kFlingThreshold = 7;      // surface pixels over the last two moves
+constexpr double kFlingStepMs = 45;     // a fling's speed is the finger's way in this time
 constexpr double kMaxVelocity = 100000; // a spike of the clock must not leave the range of int
 constexpr int kTapPauseMs = 50;
 constexpr int kFirstReboundStep = 3;
@@ -24,8 +24,8 @@ CTouchNavigator::CTouchNavigator() : m_timers([this](int id) { OnTimer(id); }) {
 
 // ---- place and surface
 
-void CTouchNavigator::Attach(quint32 clientValue, QWidget* window, ITouchClient* client, int x, int y, int width,
-                             int height)
+void CTouchNavigator::Attach(quint32 clientValue, QWidget* window, ITouchClient* client, int x, int y,
+                             int width, int height)
 {
     m_clientValue = clientValue;
     m_hWnd = window;
@@ -73,8 +73,8 @@ void CTouchNavigator::AllocateSurface()
 void CTouchNavigator::Render()
 {
     if (m_client && !m_surface.IsEmpty())
-        m_contentHeight =
-            m_client->RenderContent(m_clientValue, m_surface.Dc(), m_paintArgument, m_scroll, m_width, m_height);
+        m_contentHeight = m_client->RenderContent(m_clientValue, m_surface.Dc(), m_paintArgument, m_scroll,
+                                                  m_width, m_height);
 }
 
 void CTouchNavigator::InvalidateArea()
@@ -116,7 +116,10 @@ int CTouchNavigator::ClampScroll(int offset) const
     return std::clamp(offset, std::min(0, m_height - m_contentHeight), 0);
 }
 
-void CTouchNavigator::BackWithinEnds() { SetScroll(0, ClampScroll(m_scroll)); }
+void CTouchNavigator::BackWithinEnds()
+{
+    SetScroll(0, ClampScroll(m_scroll));
+}
 
 void CTouchNavigator::StopMotion()
 {
@@ -313,7 +316,10 @@ void CTouchNavigator::FlingStep()
     m_velocity = 0;
 }
 
-bool CTouchNavigator::IsBeyondEnd() const { return m_scroll >= 1 || m_scroll + m_contentHeight < m_height; }
+bool CTouchNavigator::IsBeyondEnd() const
+{
+    return m_scroll >= 1 || m_scroll + m_contentHeight < m_height;
+}
 
 bool CTouchNavigator::Overscroll(bool animate)
 {

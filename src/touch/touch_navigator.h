@@ -21,7 +21,8 @@ class CTouchNavigator
 public:
     CTouchNavigator();
 
-    void Attach(quint32 clientValue, QWidget* window, ITouchClient* client, int x, int y, int width, int height);
+    void Attach(quint32 clientValue, QWidget* window, ITouchClient* client, int x, int y, int width,
+                int height);
     bool SetSize(int width, int height); // false when unchanged
     bool SetPosition(int x, int y);
     bool SetArea(const QRect& area);
@@ -36,8 +37,8 @@ public:
     void CancelTouch();
 
     void Redraw(bool invalidate);
-    bool SetScroll(int x, int offset); // x is ignored
-    bool ScrollBy(int distance);       // wheel: stays within both ends; false when nothing moved
+    bool SetScroll(int x, int offset);          // x is ignored
+    bool ScrollBy(int distance);                // wheel: stays within both ends; false when nothing moved
     void EnsureVisible(const QRect& rectangle); // in content coordinates, exclusive edges
     void EnsureVisible(QPoint point) { EnsureVisible(QRect(point, QSize(0, 0))); }
     void PaintTo(QPainter& dc, int x, int y) const; // opaque, in surface pixels

@@ -23,7 +23,8 @@ double LinearOf(quint32 channel)
 
 double Luminance(COLORREF color)
 {
-    return 0.2126 * LinearOf(RedOf(color)) + 0.7152 * LinearOf(GreenOf(color)) + 0.0722 * LinearOf(BlueOf(color));
+    return 0.2126 * LinearOf(RedOf(color)) + 0.7152 * LinearOf(GreenOf(color)) +
+           0.0722 * LinearOf(BlueOf(color));
 }
 
 // How much ink stands at each pixel: dark strokes count whole, white grounds not at all.
@@ -38,7 +39,8 @@ std::vector<quint8> InkOf(const CAlphaImage& image)
 }
 
 // The strongest neighbour within `radius` to each side, along one axis of the plane.
-std::vector<quint8> Spread(const std::vector<quint8>& plane, int count, int lines, int step, int lineStep, int radius)
+std::vector<quint8> Spread(const std::vector<quint8>& plane, int count, int lines, int step, int lineStep,
+                           int radius)
 {
     std::vector<quint8> result(plane.size());
     for (int line = 0; line < lines; ++line) {

@@ -7,6 +7,7 @@
 #include "touch/touch_navigator.h"
 #include "touch/virtual_keys.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -29,9 +30,15 @@ CCalendarView::~CCalendarView() = default;
 
 // ---- what most views leave as it is
 
-bool CCalendarView::FillMenu(QMenu&) { return false; }
+bool CCalendarView::FillMenu(QMenu&)
+{
+    return false;
+}
 
-bool CCalendarView::FillTouchMenu(CTouchMenu&) { return false; }
+bool CCalendarView::FillTouchMenu(CTouchMenu&)
+{
+    return false;
+}
 
 void CCalendarView::FillSoftKeys(CSoftKeyBar&) {}
 
@@ -41,7 +48,10 @@ void CCalendarView::GetViewButtonText(QString&, QString&) const {}
 
 void CCalendarView::MoveDate(int) {}
 
-bool CCalendarView::OnKey(int) { return false; }
+bool CCalendarView::OnKey(int)
+{
+    return false;
+}
 
 void CCalendarView::SetCursorDate(DATE date)
 {
@@ -51,11 +61,20 @@ void CCalendarView::SetCursorDate(DATE date)
 
 // ---- selection and title
 
-CPimRecord* CCalendarView::GetSelectedItem() const { return m_selected ? m_selected->GetItem() : nullptr; }
+CPimRecord* CCalendarView::GetSelectedItem() const
+{
+    return m_selected ? m_selected->GetItem() : nullptr;
+}
 
-CItemIdentity CCalendarView::SelectedIdentity() const { return m_selected ? m_selected->m_identity : CItemIdentity(); }
+CItemIdentity CCalendarView::SelectedIdentity() const
+{
+    return m_selected ? m_selected->m_identity : CItemIdentity();
+}
 
-int CCalendarView::SelectedDay() const { return m_selected ? m_selected->m_date : 0; }
+int CCalendarView::SelectedDay() const
+{
+    return m_selected ? m_selected->m_date : 0;
+}
 
 void CCalendarView::SetTitle(const QString& title)
 {
@@ -75,7 +94,10 @@ QString CCalendarView::GetCursorDateText() const
 
 // ---- paint
 
-QSize CCalendarView::SurfaceSize() const { return ToSurface(size(), m_factor); }
+QSize CCalendarView::SurfaceSize() const
+{
+    return ToSurface(size(), m_factor);
+}
 
 QImage CCalendarView::Snapshot()
 {
@@ -143,6 +165,13 @@ void CCalendarView::wheelEvent(QWheelEvent* event)
     const int distance = event->hasPixelDelta() ? event->pixelDelta().y() * m_factor
                                                 : event->angleDelta().y() * D(kWheelStep) / kWheelNotch;
     navigator->ScrollBy(distance);
+    event->accept();
+}
+
+void CCalendarView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    OnContextMenu(byKey ? QPoint(-1, -1) : ToSurface(QPointF(event->pos()), m_factor));
     event->accept();
 }
 

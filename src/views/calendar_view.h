@@ -27,16 +27,17 @@ public:
     CCalendarView(IViewHost& host, QWidget* parent);
     ~CCalendarView() override;
 
-    // Makes what the view paints with; the frame calls it once the view has its geometry.
+    // Makes what the view paints with; the frame calls it once the view has its geometry, and
+    // Refresh after it, which brings the rows.
     virtual void OnCreate() = 0;
 
     // The operations in slot order; the four of the window itself are Qt's events.
     virtual int GetViewKind() const = 0;
     virtual void OnClockChanged(int notice) = 0; // bit 1 new day, bit 2 new zone
     virtual void OnDataChanged(int dwParam, quint32 uType, quint32 oid) = 0;
-    virtual void Refresh() = 0;                  // rebuilds from the cursor date and repaints
-    virtual void OnResize() = 0;                 // new size, density or fonts
-    virtual bool FillMenu(QMenu& menu);          // true for the common tail
+    virtual void Refresh() = 0;                   // rebuilds from the cursor date and repaints
+    virtual void OnResize() = 0;                  // new size, density or fonts
+    virtual bool FillMenu(QMenu& menu);           // true for the common tail
     virtual bool FillTouchMenu(CTouchMenu& menu); // true for the full soft keys
     virtual void FillSoftKeys(CSoftKeyBar& keys);
     virtual void RebuildSoftKeys(CSoftKeyBar& keys);
@@ -69,6 +70,7 @@ protected:
     virtual void OnLButtonDown(QPoint) {}
     virtual void OnMouseMove(QPoint) {} // with the button down
     virtual void OnLButtonUp(QPoint) {}
+    virtual void OnContextMenu(QPoint) {} // right click; (-1, -1) for the keyboard's menu key
     virtual CTouchNavigator* Navigator() { return nullptr; } // gets the wheel
 
     void SetTitle(const QString& title);
@@ -80,6 +82,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
 

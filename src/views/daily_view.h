@@ -34,8 +34,8 @@ public:
     const CPaintingOrderItem* SelectedRow() const { return m_selected; }
     const CRowBitmapCache& RowCache() const { return m_rowCache; }
     const CTimelineBar* Timeline() const { return m_timeline.get(); }
-    QRect ListArea() const;     // below or above the bar
-    QRect TimelineArea() const; // empty without a bar
+    QRect ListArea() const;                        // below or above the bar
+    QRect TimelineArea() const;                    // empty without a bar
     CPaintingOrderItem* RowAt(int x, int y) const; // content coordinates
 
 protected:
@@ -43,10 +43,12 @@ protected:
     void OnLButtonDown(QPoint at) override;
     void OnMouseMove(QPoint at) override;
     void OnLButtonUp(QPoint at) override;
+    void OnContextMenu(QPoint at) override;
     CTouchNavigator* Navigator() override { return &m_touch; }
 
 private:
-    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width, int height) override;
+    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width,
+                      int height) override;
     bool OnPress(quint32 value, int x, int y) override;
     void OnDragStart(quint32 value) override;
     void OnTap(quint32 value, int x, int y) override;
@@ -57,9 +59,9 @@ private:
     void Select(CPaintingOrderItem* row);
     void PrepareLook(); // colours, fonts and the bar's height: after a change of size or density
 
-    int RowPad() const; // by which a popped-out row grows up and down
+    int RowPad() const;                                 // by which a popped-out row grows up and down
     QRect RowRect(const CPaintingOrderItem& row) const; // content coordinates
-    void LayOutRows(int width); // measures every row
+    void LayOutRows(int width);                         // measures every row
 
     int PaintItem(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected);
     QImage RowPicture(CPaintingOrderItem& row);

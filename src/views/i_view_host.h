@@ -8,6 +8,6 @@ public:
     virtual void SendCommand(int command) = 0;
     virtual void UpdateTitle() = 0;
     virtual void RebuildSoftKeys() = 0;
-    virtual void ShowDaily(int returnView) = 0;    // go to the daily view, with the view to return to
-    virtual void PressSoftKey(int key) = 0;        // 112 the first, 113 the last
+    virtual void ShowDaily(int returnView) = 0; // go to the daily view, with the view to return to
+    virtual void PressSoftKey(int key) = 0;     // 112 the first, 113 the last
 };

@@ -61,7 +61,8 @@ QString CItemRowPainter::DueText(const CTask& item, COLORREF& color) const
     return GetString(StrDue) + u' ' + date;
 }
 
-int CItemRowPainter::PaintTaskRow(QPainter* dc, const QRect& rect, const CTask& item, bool selected, QRect* checkBox)
+int CItemRowPainter::PaintTaskRow(QPainter* dc, const QRect& rect, const CTask& item, bool selected,
+                                  QRect* checkBox)
 {
     Row row = BeginRow(dc, rect, selected);
     const CAlphaImage& reference = g_ImageStore.Image(PicturePriorityHigh);
@@ -72,7 +73,8 @@ int CItemRowPainter::PaintTaskRow(QPainter* dc, const QRect& rect, const CTask& 
         *checkBox = box;
     COLORREF dueColor;
     const QString due = DueText(item, dueColor);
-    return m_setup.SingleLine ? PaintTaskLine(row, item, due, dueColor) : PaintTaskLines(row, item, due, dueColor);
+    return m_setup.SingleLine ? PaintTaskLine(row, item, due, dueColor)
+                              : PaintTaskLines(row, item, due, dueColor);
 }
 
 int CItemRowPainter::PaintTaskLines(Row& row, const CTask& item, const QString& due, COLORREF dueColor)
@@ -83,7 +85,8 @@ int CItemRowPainter::PaintTaskLines(Row& row, const CTask& item, const QString& 
     moveDown(DrawRowText(row, item.Subject, row.Rest, m_setup.Subject, m_setup.FontSubject));
     moveDown(DrawRowText(row, due, row.Rest, dueColor, m_setup.FontText));
     DrawStatusIcons(row, icons);
-    return std::max({row.Rest.y(), icons.Icons.empty() ? 0 : icons.Bottom, row.Bottom(row.LineHeight + D(3))}) -
+    return std::max(
+               {row.Rest.y(), icons.Icons.empty() ? 0 : icons.Bottom, row.Bottom(row.LineHeight + D(3))}) -
            row.Full.y();
 }
 
@@ -97,7 +100,8 @@ int CItemRowPainter::PaintTaskLine(Row& row, const CTask& item, const QString& d
         row.Dc->setFont(g_ImageStore.Font(m_setup.FontText));
         row.Dc->setPen(ToQColor(row.Selected ? m_colorSelectedText : dueColor));
         if (column.width() > 0)
-            DrawText(*row.Dc, due, column, kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | kTextRight | kTextVCentre);
+            DrawText(*row.Dc, due, column,
+                     kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | kTextRight | kTextVCentre);
     }
     // Without a column wide enough for check box and priority the subject follows those.
     row.Rest.setLeft(std::max(row.Rest.x(), row.Full.x() + m_timeColumnWidth + S(4)));
@@ -126,11 +130,13 @@ int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CApp
         row.Rest.setLeft(imageX + image.Width() + S(4));
     }
     const Row measuring{nullptr, row.Full, row.Rest, row.IconX, row.LineHeight, row.IconColumn, selected};
-    const int textHeight = DrawRowText(measuring, item.Subject, row.Rest, m_setup.Special, m_setup.FontSubject);
+    const int textHeight =
+        DrawRowText(measuring, item.Subject, row.Rest, m_setup.Special, m_setup.FontSubject);
     const int height = std::max(base, textHeight);
     DrawPicture(row, imageId, imageX, row.Full.y() + (base - image.Height()) / 2);
     // The first line stands on the image's middle, however many follow.
-    const QRect text(row.Rest.x(), row.Full.y() + (m_setup.SingleLine || textHeight > base ? 0 : (base - textHeight) / 2),
+    const QRect text(row.Rest.x(),
+                     row.Full.y() + (m_setup.SingleLine || textHeight > base ? 0 : (base - textHeight) / 2),
                      row.Rest.width(), height);
     if (row.Dc)
         DrawRowText(row, item.Subject, text, m_setup.Special, m_setup.FontSubject);

@@ -15,7 +15,10 @@ constexpr int kKeptHeights = 4096;
 constexpr double kKerningSlack = 4;
 constexpr int kEndless = 1 << 20;
 
-bool IsPlain(char16_t c) { return (c >= 0x20 && c < 0x7F) || (c >= 0xA0 && c < kPlainChars && c != 0xAD); }
+bool IsPlain(char16_t c)
+{
+    return (c >= 0x20 && c < 0x7F) || (c >= 0xA0 && c < kPlainChars && c != 0xAD);
+}
 } // namespace
 
 CItemRowPainter::Measures::FontFacts& CItemRowPainter::Measures::Facts(int font)
@@ -27,7 +30,8 @@ CItemRowPainter::Measures::FontFacts& CItemRowPainter::Measures::Facts(int font)
         dc.setFont(g_ImageStore.Font(font));
         CurrentFont = font;
         QRect box(0, 0, kEndless, 0);
-        facts.LineHeight = DrawText(dc, QStringLiteral("Ag"), box, kTextWordBreak | kTextNoPrefix | kTextCalcRect);
+        facts.LineHeight =
+            DrawText(dc, QStringLiteral("Ag"), box, kTextWordBreak | kTextNoPrefix | kTextCalcRect);
     }
     return facts;
 }
@@ -92,7 +96,8 @@ int CItemRowPainter::DrawRowText(const Row& row, const QString& text, QRect rect
     row.Dc->setFont(g_ImageStore.Font(font));
     row.Dc->setPen(ToQColor(row.Selected ? m_colorSelectedText : color));
     if (singleLine)
-        return DrawText(*row.Dc, text, rect, kTextWordEllipsis | kTextSingleLine | kTextVCentre | kTextNoPrefix);
+        return DrawText(*row.Dc, text, rect,
+                        kTextWordEllipsis | kTextSingleLine | kTextVCentre | kTextNoPrefix);
     rect.setHeight(kEndless);
     return DrawText(*row.Dc, text, rect, kTextWordBreak | kTextNoPrefix | kTextNoClip);
 }

@@ -41,7 +41,8 @@ constexpr StatusIcon kStatusIcons[] = {
     {PictureNote, [](const CPimItem& item) { return item.HasNote; }},
     {PictureAttendees,
      [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->HasAttendees; }},
-    {PictureConflict, [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->Conflict; }},
+    {PictureConflict,
+     [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->Conflict; }},
 };
 } // namespace
 
@@ -86,7 +87,8 @@ COLORREF CItemRowPainter::SubjectColor(const CAppointment& item) const
 
 CItemRowPainter::Row CItemRowPainter::BeginRow(QPainter* dc, const QRect& rect, bool selected)
 {
-    Row row{dc, rect, rect.adjusted(S(4), 0, -S(4), 0), rect.x() + rect.width() - S(3), m_subjectHeight, S(13), selected};
+    Row row{dc,    rect,    rect.adjusted(S(4), 0, -S(4), 0), rect.x() + rect.width() - S(3), m_subjectHeight,
+            S(13), selected};
     const CAlphaImage& reference = g_ImageStore.Image(PicturePriorityHigh);
     if (m_setup.SingleLine && reference.IsValid()) {
         row.LineHeight = std::max(reference.Height(), m_subjectHeight + D(3));
@@ -209,7 +211,8 @@ int CItemRowPainter::PaintAppointmentLines(Row& row, const CAppointment& item, i
     moveDown(DrawTimeText(row, item, day));
     DrawStatusIcons(row, icons);
     // An item without any text still is a row that a finger can find.
-    return std::max({row.Rest.y(), icons.Icons.empty() ? 0 : icons.Bottom, row.Bottom(row.LineHeight)}) - row.Full.y();
+    return std::max({row.Rest.y(), icons.Icons.empty() ? 0 : icons.Bottom, row.Bottom(row.LineHeight)}) -
+           row.Full.y();
 }
 
 int CItemRowPainter::PaintAppointmentLine(Row& row, const CAppointment& item, int day, bool includeLocation)

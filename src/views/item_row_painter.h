@@ -16,7 +16,7 @@ class QPainter;
 struct CRowPainterSetup {
     bool SingleLine = false;
     bool OnlyStartTime = false;
-    int LeadingRects = 0; // 0 none, 1 category colours, 2 status colours
+    int LeadingRects = 0;                                   // 0 none, 1 category colours, 2 status colours
     int FontText = 0, FontSubject = 0, FontSubjectPast = 0; // font numbers
     COLORREF Subject = 0, Time = 0, Location = 0, Special = 0;
     COLORREF Selection = 0; // of the background that selected rows are painted over
@@ -43,10 +43,11 @@ public:
 
     // Each paints inside `rect` from its top and returns the height of the row, however high `rect`
     // is; `day` is the row's day number. `selected`: painted over the selection background.
-    int PaintAppointmentRow(QPainter* dc, const QRect& rect, const CAppointment& item, int day, bool includeLocation,
-                            bool selected);
+    int PaintAppointmentRow(QPainter* dc, const QRect& rect, const CAppointment& item, int day,
+                            bool includeLocation, bool selected);
     // `checkBox` gets the box's rectangle in the coordinates of `rect`.
-    int PaintTaskRow(QPainter* dc, const QRect& rect, const CTask& item, bool selected, QRect* checkBox = nullptr);
+    int PaintTaskRow(QPainter* dc, const QRect& rect, const CTask& item, bool selected,
+                     QRect* checkBox = nullptr);
     int PaintSpecialRow(QPainter* dc, const QRect& rect, const CAppointment& item, bool selected);
 
     int TimeColumnWidth() const { return m_timeColumnWidth; }

@@ -17,9 +17,10 @@ CPaintingOrderItem::CPaintingOrderItem(CPimRecord* event, CPimItem* item, int da
     : m_event(event), m_item(item), m_date(date), m_order(order), m_id(item ? item->RecordOid : 0)
 {
     if (event && item)
-        QMessageBox::critical(nullptr, QStringLiteral("Error"),
-                              QStringLiteral("CPaintingOrderItem creation problem! Please report this error message to "
-                                             "the Tessera authors with error code:: 1000020"));
+        QMessageBox::critical(
+            nullptr, QStringLiteral("Error"),
+            QStringLiteral("CPaintingOrderItem creation problem! Please report this error message to "
+                           "the Tessera authors with error code:: 1000020"));
     if (item)
         m_identity = CItemIdentity::Of(*item);
 }
@@ -41,7 +42,8 @@ CPaintingOrderItem* CPaintingOrderList::GetAt(int index) const
 
 int CPaintingOrderList::IndexOf(const CPaintingOrderItem* entry) const
 {
-    const auto found = std::find_if(begin(), end(), [entry](const auto& listed) { return listed.get() == entry; });
+    const auto found =
+        std::find_if(begin(), end(), [entry](const auto& listed) { return listed.get() == entry; });
     return found == end() ? -1 : int(found - begin());
 }
 
@@ -63,11 +65,13 @@ CPaintingOrderItem* CPaintingOrderList::Find(const CItemIdentity& identity) cons
 
 CPaintingOrderItem* CPaintingOrderList::RowAt(int y) const
 {
-    const auto row = std::lower_bound(begin(), end(), y, [](const auto& entry, int at) { return entry->m_bottom < at; });
+    const auto row =
+        std::lower_bound(begin(), end(), y, [](const auto& entry, int at) { return entry->m_bottom < at; });
     return row != end() && (*row)->m_top <= y ? row->get() : nullptr;
 }
 
 int CPaintingOrderList::FirstReaching(int y) const
 {
-    return int(std::partition_point(begin(), end(), [y](const auto& entry) { return entry->m_bottom <= y; }) - begin());
+    return int(std::partition_point(begin(), end(), [y](const auto& entry) { return entry->m_bottom <= y; }) -
+               begin());
 }

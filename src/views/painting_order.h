@@ -30,9 +30,9 @@ public:
 
     CPimRecord* m_event;
     CPimItem* m_item;
-    int m_date;      // whole day number
-    int m_order;     // the sort key
-    quint32 m_id;    // record identifier of m_item
+    int m_date;               // whole day number
+    int m_order;              // the sort key
+    quint32 m_id;             // record identifier of m_item
     CItemIdentity m_identity; // of m_item
     int m_top = 0, m_bottom = 0;
     QRect m_checkBox; // of a task's row, relative to the row's top left
@@ -46,7 +46,7 @@ public:
     void Clear() { m_entries.clear(); }
     int GetCount() const { return int(m_entries.size()); }
     bool IsEmpty() const { return m_entries.empty(); }
-    CPaintingOrderItem* GetAt(int index) const; // null outside
+    CPaintingOrderItem* GetAt(int index) const;         // null outside
     int IndexOf(const CPaintingOrderItem* entry) const; // -1 when not in the list
     // The row with this identity; a changed start still finds the same item.
     CPaintingOrderItem* Find(const CItemIdentity& identity) const;

@@ -3,11 +3,11 @@
 #include <QPainter>
 
 #include "drawing/image_store.h"
-#include "touch/white_picture.h"
 #include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/soft_key_bar.h"
 #include "touch/virtual_keys.h"
+#include "touch/white_picture.h"
 #include "touch_fixture.h"
 
 class SoftKeys : public CTouchTest

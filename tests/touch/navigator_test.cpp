@@ -126,13 +126,11 @@ TEST_F(Navigator, SpeedOfAFlingIsTheWayOfTheLastTwoMoves)
         int FirstMs, SecondMs, Way;
         double Velocity; // 0: no fling
     } const cases[] = {
-        {10, 10, -40, -90}, // 45 / 20 * -40
-        {20, 25, -40, -40},
-        {7, 9, 40, 112}, // 112.5 cut
-        {10, 10, 6, 0},  // less than 7 pixels
-        {10, 10, -6, 0},
-        {10, 10, 7, 15}, // 15.75 cut
-        {0, 0, 40, 0},   // no time measured: stops, divides by nothing
+        {10, 10, -40, -90},                  // 45 / 20 * -40
+        {20, 25, -40, -40}, {7, 9, 40, 112}, // 112.5 cut
+        {10, 10, 6, 0},                      // less than 7 pixels
+        {10, 10, -6, 0},    {10, 10, 7, 15}, // 15.75 cut
+        {0, 0, 40, 0},                       // no time measured: stops, divides by nothing
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.FirstMs << '+' << c.SecondMs << "ms " << c.Way);
@@ -194,8 +192,7 @@ TEST_F(Navigator, ReboundStepsAreExact)
         int From;
         std::vector<int> Steps;
     } const cases[] = {
-        {"top", 101, {50, 20, 4, 0}},
-        {"bottom", -901, {-851, -841, -841, -800}}, // gaps 101, 51, 41, 41
+        {"top", 101, {50, 20, 4, 0}}, {"bottom", -901, {-851, -841, -841, -800}}, // gaps 101, 51, 41, 41
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Name);

@@ -69,7 +69,8 @@ TEST_F(Timeline, CellsTakeTheColourOfTheirHour)
     const QRect strip = CTimelineBar::StripRect(0, 0);
     for (int hour = 0; hour < 24; ++hour) {
         const COLORREF wanted = hour >= 9 && hour < 12 ? kBlue : hour == 14 ? kGreen : kColorWhite;
-        EXPECT_EQ(picture.pixel(CTimelineBar::CellRect(strip, hour).center()), ToQColor(wanted).rgb()) << hour;
+        EXPECT_EQ(picture.pixel(CTimelineBar::CellRect(strip, hour).center()), ToQColor(wanted).rgb())
+            << hour;
     }
 }
 
@@ -93,7 +94,8 @@ TEST_F(Timeline, BracketMarksTheSelectedItemOnly)
     bar.SetSelected(5);
     const QImage picture = Painted(bar, SampleDay());
     const QRect strip = CTimelineBar::StripRect(0, 0), inner = CTimelineBar::InnerRect(strip);
-    const int left = CTimelineBar::CellRect(strip, 9).x() - 2, right = CTimelineBar::CellRect(strip, 12).x() + 1;
+    const int left = CTimelineBar::CellRect(strip, 9).x() - 2,
+              right = CTimelineBar::CellRect(strip, 12).x() + 1;
     for (const int y : {inner.y() - 2, inner.y() + inner.height() + 1}) {
         EXPECT_EQ(picture.pixel(left, y), kRed);
         EXPECT_EQ(picture.pixel(right - 1, y), kRed);

@@ -38,7 +38,8 @@ protected:
 
 TEST_F(Menu, PartsTileThePage)
 {
-    for (const QSize size : {QSize(240, 320), QSize(320, 240), QSize(480, 640), QSize(1200, 800), QSize(200, 60)}) {
+    for (const QSize size :
+         {QSize(240, 320), QSize(320, 240), QSize(480, 640), QSize(1200, 800), QSize(200, 60)}) {
         for (const bool title : {false, true}) {
             const CTouchMenuLayout layout = CTouchMenuLayout::Of(size, title, 240);
             const QRect& page = layout.Page;
@@ -80,7 +81,8 @@ TEST_F(Menu, WaysOutChooseNothing)
     } const ways[] = {
         {"escape", [](CTouchMenu& m) { QTest::keyClick(&m, Qt::Key_Escape); }},
         {"back key", [](CTouchMenu& m) { QTest::keyClick(&m, Qt::Key_Back); }},
-        {"own soft key", [](CTouchMenu& m) { QTest::mouseClick(&m, Qt::LeftButton, {}, m.Layout().Keys.center()); }},
+        {"own soft key",
+         [](CTouchMenu& m) { QTest::mouseClick(&m, Qt::LeftButton, {}, m.Layout().Keys.center()); }},
         {"below the rows",
          [](CTouchMenu& m) {
              QTest::mouseClick(&m, Qt::LeftButton, {}, m.Layout().List.bottomLeft() + QPoint(20, -5));

@@ -1,3 +1,4 @@
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QPainter>
@@ -55,7 +56,8 @@ protected:
     void Tap(int row, std::function<void(CTouchMenu*)> act = {})
     {
         const CPaintingOrderItem& item = *View->Rows().GetAt(row);
-        const QPoint at(100, View->ListArea().y() + (item.m_top + item.m_bottom) / 2 + View->Scroller().Scroll());
+        const QPoint at(100,
+                        View->ListArea().y() + (item.m_top + item.m_bottom) / 2 + View->Scroller().Scroll());
         if (act)
             QTimer::singleShot(0, View.get(), [act] { act(CTouchMenu::Current()); });
         Press(at);
@@ -152,7 +154,8 @@ TEST_F(Daily, EveryPointOfARowHitsIt)
         }
         const CPaintingOrderItem* first = View->Rows().GetAt(0);
         ASSERT_EQ(View->SelectedRow(), first);
-        EXPECT_EQ(View->RowAt(10, first->m_bottom + pad), first) << "a popped-out row reaches over its neighbour";
+        EXPECT_EQ(View->RowAt(10, first->m_bottom + pad), first)
+            << "a popped-out row reaches over its neighbour";
         EXPECT_EQ(View->RowAt(10, first->m_bottom + pad + 1), View->Rows().GetAt(1));
         EXPECT_EQ(View->RowAt(10, View->Rows().GetAt(3)->m_bottom + 1), nullptr);
     }
@@ -252,7 +255,9 @@ TEST_F(Daily, SingleLineRowsAreAllOfOneHeight)
     Fill(3);
     PimStore().FindDay(kToday)->Appointments.back()->Subject = QString(300, u'x');
     Open();
-    const auto height = [this](int n) { return View->Rows().GetAt(n)->m_bottom - View->Rows().GetAt(n)->m_top; };
+    const auto height = [this](int n) {
+        return View->Rows().GetAt(n)->m_bottom - View->Rows().GetAt(n)->m_top;
+    };
     EXPECT_EQ(height(0), height(1));
     EXPECT_EQ(height(0), height(2));
 }
@@ -260,7 +265,8 @@ TEST_F(Daily, SingleLineRowsAreAllOfOneHeight)
 TEST_F(Daily, ResizingWrapsTheRowsAnewAndLeavesNoGap)
 {
     for (int n = 0; n < 20; ++n)
-        AddToday(quint32(n + 1), QStringLiteral("A subject that takes two lines on a narrow screen %1").arg(n), 8 + n * 0.1);
+        AddToday(quint32(n + 1),
+                 QStringLiteral("A subject that takes two lines on a narrow screen %1").arg(n), 8 + n * 0.1);
     Open({160, 200});
     const int narrow = View->Scroller().ContentHeight();
     View->Scroller().SetScroll(0, 200 - narrow);
@@ -304,7 +310,8 @@ TEST_F(Daily, KeysWalkTheRowsAndStopAtTheEnds)
     EXPECT_EQ(SelectedId(), 12u);
     const int bottom = View->SelectedRow()->m_bottom + View->Scroller().Scroll();
     EXPECT_LE(bottom, 200);
-    EXPECT_EQ(View->Scroller().Scroll(), 200 - View->Scroller().ContentHeight()) << "no gap below the last row";
+    EXPECT_EQ(View->Scroller().Scroll(), 200 - View->Scroller().ContentHeight())
+        << "no gap below the last row";
     for (int n = 0; n < 20; ++n)
         View->OnKey(kKeyUp);
     EXPECT_EQ(View->Scroller().Scroll(), 0);
@@ -384,9 +391,9 @@ TEST_F(Daily, StrokesMoveADayOnceEach)
         bool Invert;
         int Days;
     } const cases[] = {
-        {"49 pixels", {120 - 49, 100}, false, 0},     {"50 to the left", {120 - 50, 100}, false, 1},
-        {"50 to the right", {120 + 50, 100}, false, -1}, {"inverted", {120 - 50, 100}, true, -1},
-        {"half as far down", {120 - 50, 125}, false, 0}, {"a little down", {120 - 50, 124}, false, 1},
+        {"49 pixels", {120 - 49, 100}, false, 0},          {"50 to the left", {120 - 50, 100}, false, 1},
+        {"50 to the right", {120 + 50, 100}, false, -1},   {"inverted", {120 - 50, 100}, true, -1},
+        {"half as far down", {120 - 50, 125}, false, 0},   {"a little down", {120 - 50, 124}, false, 1},
         {"a thumb's arc", {120 + 60, 100 - 90}, false, 0},
     };
     for (const auto& c : cases) {
@@ -399,7 +406,8 @@ TEST_F(Daily, StrokesMoveADayOnceEach)
         MoveTo(c.To);
         EXPECT_EQ(PimStore().CursorDate(), kToday + c.Days);
         MoveTo(c.To + QPoint(c.To.x() < 120 ? -60 : 60, 0));
-        EXPECT_TRUE(c.Days == 0 || PimStore().CursorDate() == kToday + c.Days) << "the touch is over after one day";
+        EXPECT_TRUE(c.Days == 0 || PimStore().CursorDate() == kToday + c.Days)
+            << "the touch is over after one day";
         Release(c.To);
         EXPECT_FALSE(View->Scroller().IsTouched());
         EXPECT_TRUE(Host.Commands.empty());
@@ -412,7 +420,8 @@ TEST_F(Daily, TapSelectsAndItsMenuSendsTheCommand)
     struct {
         Qt::Key Down;
         int Times, Command;
-    } const cases[] = {{Qt::Key_Down, 1, CmdDelete}, {Qt::Key_Down, 2, CmdDuplicate}, {Qt::Key_Escape, 0, CmdNone}};
+    } const cases[] = {
+        {Qt::Key_Down, 1, CmdDelete}, {Qt::Key_Down, 2, CmdDuplicate}, {Qt::Key_Escape, 0, CmdNone}};
     for (const auto& c : cases) {
         Open();
         View->show();
@@ -475,6 +484,26 @@ TEST_F(Daily, ATapOnTheCheckBoxTogglesWithoutAMenu)
     Press(box.topRight() + QPoint(6, 0));
     Release(box.topRight() + QPoint(6, 0));
     EXPECT_TRUE(Host.Commands.empty());
+}
+
+TEST_F(Daily, RightClickAndMenuKeyOpenTheItemsMenu)
+{
+    Fill(3);
+    Open();
+    View->show();
+    for (const bool byKey : {false, true}) {
+        QString title;
+        QTimer::singleShot(0, View.get(), [&] {
+            title = CTouchMenu::Current()->GetTitle();
+            CTouchMenu::Current()->Choose(CmdDuplicate);
+        });
+        const QPoint at(100, View->Rows().GetAt(2)->m_top + 5);
+        QContextMenuEvent event(byKey ? QContextMenuEvent::Keyboard : QContextMenuEvent::Mouse, at, at);
+        QCoreApplication::sendEvent(View.get(), &event);
+        EXPECT_EQ(title, "Item 2");
+        EXPECT_EQ(Host.Commands, std::vector<int>{CmdDuplicate});
+        Host.Commands.clear();
+    }
 }
 
 TEST_F(Daily, SpecialEventsOpenNoMenu)

@@ -50,8 +50,10 @@ protected:
 
 QString RandomText(std::mt19937& random)
 {
-    static const QStringList words = {"Team", "meeting", "Über", "façade", "a", "Donaudampfschifffahrtsgesellschaft",
-                                      "🎂", "日本", "&", "x\ny", "Ω", "llllllll", "WWWWWWWW", "ř"};
+    static const QStringList words = {
+        "Team",     "meeting", "Über", "façade", "a", "Donaudampfschifffahrtsgesellschaft",
+        "🎂",        "日本",    "&",    "x\ny",   "Ω", "llllllll",
+        "WWWWWWWW", "ř"};
     QStringList text;
     for (int n = int(random() % 14); n >= 0; --n)
         text << words[int(random() % size_t(words.size()))];
@@ -106,7 +108,8 @@ TEST_F(ItemRows, AtMostFiveIconsTheReminderRightmost)
             for (size_t m = 0; m < n; ++m)
                 EXPECT_FALSE(icons.Icons[n].Rect.intersects(icons.Icons[m].Rect));
         }
-        EXPECT_EQ(icons.Icons[2].Rect.y() > icons.Icons[1].Rect.y(), !single) << "the third opens a second line";
+        EXPECT_EQ(icons.Icons[2].Rect.y() > icons.Icons[1].Rect.y(), !single)
+            << "the third opens a second line";
         item->ReminderSet = false;
         EXPECT_EQ(Painter.LayOutStatusIcons(*item, 237, 2, 17).Icons[0].ImageId, PicturePrivate);
     }
@@ -116,7 +119,8 @@ TEST_F(ItemRows, TextNeverLiesUnderTheIcons)
 {
     for (const bool single : {false, true}) {
         Init(single);
-        const auto item = Sample(QStringLiteral("WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW"));
+        const auto item =
+            Sample(QStringLiteral("WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW WWWW"));
         item->Location = item->Subject;
         SetAllIcons(*item);
         const int left = 237 - Painter.LayOutStatusIcons(*item, 237, 0, 17).Width + 2;
@@ -124,7 +128,8 @@ TEST_F(ItemRows, TextNeverLiesUnderTheIcons)
         item->Subject.clear();
         item->Location.clear();
         item->AllDay = true; // no time either
-        EXPECT_EQ(Picture(*item).copy(left, 0, 240 - left, 400), with) << (single ? "single line" : "several lines");
+        EXPECT_EQ(Picture(*item).copy(left, 0, 240 - left, 400), with)
+            << (single ? "single line" : "several lines");
     }
 }
 

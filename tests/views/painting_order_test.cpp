@@ -61,7 +61,8 @@ TEST(PaintingOrder, RowsAreFoundByTheirPlace)
         row->m_top = top;
         row->m_bottom = top + 30;
     }
-    const std::pair<int, int> cases[] = {{-1, -1}, {0, 0}, {30, 0}, {31, 1}, {61, 1}, {62, 2}, {92, 2}, {93, -1}};
+    const std::pair<int, int> cases[] = {{-1, -1}, {0, 0},  {30, 0}, {31, 1},
+                                         {61, 1},  {62, 2}, {92, 2}, {93, -1}};
     for (const auto& [y, index] : cases)
         EXPECT_EQ(list.IndexOf(list.RowAt(y)), index) << y;
     EXPECT_EQ(list.FirstReaching(-50), 0);
