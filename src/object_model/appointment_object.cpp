@@ -3,7 +3,8 @@
 #include "object_model/outlook_app.h"
 #include "records/property_numbers.h"
 
-CAppointmentObject::CAppointmentObject(COutlookApp& app, CEOID oid, quint32 itemId, const std::vector<CEPROPVAL>& rows)
+CAppointmentObject::CAppointmentObject(COutlookApp& app, CEOID oid, quint32 itemId,
+                                       const std::vector<CEPROPVAL>& rows)
     : m_app(app), m_oid(oid), m_itemId(itemId)
 {
     CRecurrencePattern pattern;
@@ -226,5 +227,11 @@ std::unique_ptr<IAppointment> CAppointmentObject::Copy()
     return copy;
 }
 
-CStatus CAppointmentObject::Send() { return m_app.Transport() ? m_app.Transport()->SendRequest(*this) : CStatus(); }
-CStatus CAppointmentObject::Cancel() { return m_app.Transport() ? m_app.Transport()->SendCancel(*this) : CStatus(); }
+CStatus CAppointmentObject::Send()
+{
+    return m_app.Transport() ? m_app.Transport()->SendRequest(*this) : CStatus();
+}
+CStatus CAppointmentObject::Cancel()
+{
+    return m_app.Transport() ? m_app.Transport()->SendCancel(*this) : CStatus();
+}

@@ -25,13 +25,19 @@ public:
     int get_BusyStatus() const override { return m_fields.BusyStatus; }
     void put_BusyStatus(int status) override { Set(m_fields.BusyStatus, status, Changed::BusyStatus); }
     int get_Sensitivity() const override { return m_fields.Sensitivity; }
-    void put_Sensitivity(int sensitivity) override { Set(m_fields.Sensitivity, sensitivity, Changed::Sensitivity); }
+    void put_Sensitivity(int sensitivity) override
+    {
+        Set(m_fields.Sensitivity, sensitivity, Changed::Sensitivity);
+    }
     QString get_Body() const override { return m_fields.Body; }
     void put_Body(const QString& text) override { Set(m_fields.Body, text, Changed::Body); }
     bool get_ReminderSet() const override { return m_fields.ReminderSet; }
     void put_ReminderSet(bool set) override { Set(m_fields.ReminderSet, set, Changed::Reminder); }
     int get_ReminderMinutesBeforeStart() const override { return m_fields.ReminderMinutes; }
-    void put_ReminderMinutesBeforeStart(int minutes) override { Set(m_fields.ReminderMinutes, minutes, Changed::Reminder); }
+    void put_ReminderMinutesBeforeStart(int minutes) override
+    {
+        Set(m_fields.ReminderMinutes, minutes, Changed::Reminder);
+    }
     QString get_Categories() const override;
     void put_Categories(const QString& names) override;
     quint32 get_Oid() const override { return m_itemId; }

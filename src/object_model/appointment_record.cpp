@@ -14,16 +14,36 @@ constexpr int kLastDay = 2958463;
 constexpr qint64 kMaxMinutes = 0x7FFFFFFF;
 
 enum Row {
-    kStart, kDuration, kRecurring, kSensitivity, kBusyStatus, kAllDay, kZone, kRecurrence, kNote, kSubject, kLocation,
-    kReminderSet, kReminderMinutes, kAttendees, kUid, kSequence, kEqualsIndex, kOccurrenceId, kOrganizer, kContentHash,
-    kLastChange, kForeignText, kSourceRule
+    kStart,
+    kDuration,
+    kRecurring,
+    kSensitivity,
+    kBusyStatus,
+    kAllDay,
+    kZone,
+    kRecurrence,
+    kNote,
+    kSubject,
+    kLocation,
+    kReminderSet,
+    kReminderMinutes,
+    kAttendees,
+    kUid,
+    kSequence,
+    kEqualsIndex,
+    kOccurrenceId,
+    kOrganizer,
+    kContentHash,
+    kLastChange,
+    kForeignText,
+    kSourceRule
 };
 constexpr CEPROPID kIds[] = {
-    Prop::Start,       Prop::Duration,    Prop::Recurring,       Prop::Sensitivity, Prop::BusyStatus,
-    Prop::AllDay,      Prop::Zone,        Prop::Recurrence,      Prop::Note,        Prop::Subject,
-    Prop::Location,    Prop::ReminderSet, Prop::ReminderMinutes, Prop::Attendees,   Prop::Uid,
-    Prop::Sequence,    Prop::EqualsIndex, Prop::OccurrenceId,    Prop::Organizer,   Prop::ContentHash,
-    Prop::LastChange,  Prop::ForeignText, Prop::SourceRule,
+    Prop::Start,      Prop::Duration,    Prop::Recurring,       Prop::Sensitivity, Prop::BusyStatus,
+    Prop::AllDay,     Prop::Zone,        Prop::Recurrence,      Prop::Note,        Prop::Subject,
+    Prop::Location,   Prop::ReminderSet, Prop::ReminderMinutes, Prop::Attendees,   Prop::Uid,
+    Prop::Sequence,   Prop::EqualsIndex, Prop::OccurrenceId,    Prop::Organizer,   Prop::ContentHash,
+    Prop::LastChange, Prop::ForeignText, Prop::SourceRule,
 };
 
 // The day that a plain all-day item means, as every reader finds it.
@@ -38,12 +58,14 @@ DATE AllDayStart(FileTime utc)
     return DayNumber(DateOf(localTime));
 }
 
-void ReadPlainTimes(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device, CAppointmentFields& fields)
+void ReadPlainTimes(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device,
+                    CAppointmentFields& fields)
 {
     if (!rows[kStart].Found())
         return;
     const FileTime utc = rows[kStart].Number;
-    const qint64 minutes = rows[kDuration].Found() ? std::clamp<qint64>(rows[kDuration].Number, 0, kMaxMinutes) : 0;
+    const qint64 minutes =
+        rows[kDuration].Found() ? std::clamp<qint64>(rows[kDuration].Number, 0, kMaxMinutes) : 0;
     if (fields.AllDay) {
         fields.Start = AllDayStart(utc);
         if (fields.Start != NO_DATE)
@@ -115,12 +137,17 @@ CStatus CRecordRows::Write(CPropertyVolume& volume, CEOID oid, CEOID* written, q
     return volume.WriteRecord(kAppointmentsDatabase, oid, m_put, m_remove, written, recordNumber);
 }
 
-std::span<const CEPROPID> AppointmentRows() { return kIds; }
-
-bool ReadFields(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device, CAppointmentFields& fields,
-                CRecurrencePattern& pattern)
+std::span<const CEPROPID> AppointmentRows()
 {
-    const auto number = [&rows](Row row, qint64 otherwise) { return rows[row].Found() ? rows[row].Number : otherwise; };
+    return kIds;
+}
+
+bool ReadFields(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device,
+                CAppointmentFields& fields, CRecurrencePattern& pattern)
+{
+    const auto number = [&rows](Row row, qint64 otherwise) {
+        return rows[row].Found() ? rows[row].Number : otherwise;
+    };
     fields.AllDay = number(kAllDay, 0) != 0;
     fields.Sensitivity = int(number(kSensitivity, 0));
     fields.BusyStatus = int(number(kBusyStatus, 2));
@@ -157,7 +184,8 @@ CStatus NormalizeTimes(CAppointmentFields& fields)
         return {};
     }
     if (!(fields.Start >= kFirstDay && fields.Start < kLastDay))
-        return {StatusKind::Invalid, QStringLiteral("The appointment's start is no date that can be stored.")};
+        return {StatusKind::Invalid,
+                QStringLiteral("The appointment's start is no date that can be stored.")};
     if (!(fields.End >= fields.Start && fields.End < kLastDay) || fields.End == NO_DATE)
         fields.End = fields.Start;
     if (fields.AllDay) {

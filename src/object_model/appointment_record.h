@@ -5,10 +5,10 @@
 // What was put since the item was read; the rest of the record is left as it is.
 namespace Changed
 {
-constexpr unsigned Subject = 1, Location = 2, Times = 4, BusyStatus = 8, Sensitivity = 16, Body = 32, Reminder = 64,
-                   Categories = 128, Foreign = 256;
+constexpr unsigned Subject = 1, Location = 2, Times = 4, BusyStatus = 8, Sensitivity = 16, Body = 32,
+                   Reminder = 64, Categories = 128, Foreign = 256;
 constexpr unsigned All = 255; // of a new item; what an imported file says is put or not
-}
+} // namespace Changed
 
 struct CAppointmentFields {
     QString Subject, Location, Body;
@@ -40,8 +40,8 @@ private:
 
 std::span<const CEPROPID> AppointmentRows();
 // Result: whether the record is of a series; `pattern` is then filled.
-bool ReadFields(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device, CAppointmentFields& fields,
-                CRecurrencePattern& pattern);
+bool ReadFields(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& device,
+                CAppointmentFields& fields, CRecurrencePattern& pattern);
 
 // Brings a plain item's dates to whole minutes, or whole days; an end before the start goes.
 CStatus NormalizeTimes(CAppointmentFields& fields);

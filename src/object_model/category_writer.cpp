@@ -6,8 +6,14 @@
 #include <QStringList>
 #include <algorithm>
 
-void CCategoryWriter::Revalidate() { m_valid = m_valid && m_volume.LastChange() == m_lastChange; }
-void CCategoryWriter::RememberState() { m_lastChange = m_volume.LastChange(); }
+void CCategoryWriter::Revalidate()
+{
+    m_valid = m_valid && m_volume.LastChange() == m_lastChange;
+}
+void CCategoryWriter::RememberState()
+{
+    m_lastChange = m_volume.LastChange();
+}
 
 void CCategoryWriter::Load()
 {
@@ -30,10 +36,11 @@ std::vector<CCategoryWriter::CAssociation> CCategoryWriter::Associations(quint32
 {
     std::vector<CAssociation> found;
     if (!m_associations)
-        m_associations =
-            m_volume.OpenDatabase(kCategoryAssocDatabase, {{Prop::AssocItem, Prop::AssocCategory}, true}, true);
+        m_associations = m_volume.OpenDatabase(kCategoryAssocDatabase,
+                                               {{Prop::AssocItem, Prop::AssocCategory}, true}, true);
     constexpr CEPROPID kIds[] = {Prop::AssocItem, Prop::AssocCategory};
-    if (!m_associations || m_associations->Seek(SeekType::ValueFirstEqual, {Prop::AssocItem, qint64(itemId)}) == 0)
+    if (!m_associations ||
+        m_associations->Seek(SeekType::ValueFirstEqual, {Prop::AssocItem, qint64(itemId)}) == 0)
         return found;
     while (const CEOID oid = m_associations->ReadRecordProps(kIds, m_rows)) {
         if (quint32(m_rows[0].Number) != itemId)

@@ -17,7 +17,7 @@ public:
     void RememberState();
     void Forget() { m_valid = false; } // after a rollback
 
-    QString NamesOf(quint32 itemId); // joined by ", ", in order of number
+    QString NamesOf(quint32 itemId);                                 // joined by ", ", in order of number
     CStatus Put(quint32 itemId, const QString& names, bool newItem); // makes unknown names
     CStatus Remove(quint32 itemId);
 

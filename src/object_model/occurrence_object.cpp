@@ -32,7 +32,10 @@ CRecurrenceException& ExceptionOf(CRecurrencePattern& pattern, int day)
     return *at;
 }
 
-CStatus NoOccurrence() { return {StatusKind::NotFound, QStringLiteral("The series has no occurrence on that day.")}; }
+CStatus NoOccurrence()
+{
+    return {StatusKind::NotFound, QStringLiteral("The series has no occurrence on that day.")};
+}
 
 bool IsThere(const CRecurrencePattern& pattern, int day)
 {
@@ -41,7 +44,8 @@ bool IsThere(const CRecurrencePattern& pattern, int day)
 }
 
 // The original day of an occurrence that was moved to that day; 0 if none was.
-int MovedTo(const CRecurrencePattern& pattern, const CAppointmentObject& series, const TimeZoneInformation& device, int day)
+int MovedTo(const CRecurrencePattern& pattern, const CAppointmentObject& series,
+            const TimeZoneInformation& device, int day)
 {
     for (const CRecurrenceException& e : pattern.Exceptions) {
         const bool allDay = e.HasAllDay ? e.AllDay : series.get_AllDayEvent();
@@ -52,7 +56,8 @@ int MovedTo(const CRecurrencePattern& pattern, const CAppointmentObject& series,
 }
 } // namespace
 
-CStatus OpenOccurrence(COutlookApp& app, quint32 itemId, int originalDay, std::unique_ptr<IAppointment>& occurrence)
+CStatus OpenOccurrence(COutlookApp& app, quint32 itemId, int originalDay,
+                       std::unique_ptr<IAppointment>& occurrence)
 {
     std::unique_ptr<CAppointmentObject> series;
     const CStatus status = app.Load(itemId, series);
@@ -72,7 +77,8 @@ CStatus OpenOccurrence(COutlookApp& app, quint32 itemId, int originalDay, std::u
     return {};
 }
 
-COccurrenceObject::COccurrenceObject(COutlookApp& app, std::unique_ptr<CAppointmentObject> series, int originalDay)
+COccurrenceObject::COccurrenceObject(COutlookApp& app, std::unique_ptr<CAppointmentObject> series,
+                                     int originalDay)
     : m_app(app), m_series(std::move(series)), m_day(originalDay)
 {
     ReadFrom(m_series->Series()->Pattern());
@@ -205,5 +211,11 @@ std::unique_ptr<IAppointment> COccurrenceObject::Copy()
     return whole;
 }
 
-CStatus COccurrenceObject::Send() { return m_app.Transport() ? m_app.Transport()->SendRequest(*this) : CStatus(); }
-CStatus COccurrenceObject::Cancel() { return m_app.Transport() ? m_app.Transport()->SendCancel(*this) : CStatus(); }
+CStatus COccurrenceObject::Send()
+{
+    return m_app.Transport() ? m_app.Transport()->SendRequest(*this) : CStatus();
+}
+CStatus COccurrenceObject::Cancel()
+{
+    return m_app.Transport() ? m_app.Transport()->SendCancel(*this) : CStatus();
+}

@@ -4,7 +4,8 @@
 #pragma once
 #include "object_model/appointment_object.h"
 
-CStatus OpenOccurrence(COutlookApp& app, quint32 itemId, int originalDay, std::unique_ptr<IAppointment>& occurrence);
+CStatus OpenOccurrence(COutlookApp& app, quint32 itemId, int originalDay,
+                       std::unique_ptr<IAppointment>& occurrence);
 
 class COccurrenceObject : public IAppointment
 {

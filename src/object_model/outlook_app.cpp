@@ -12,22 +12,30 @@ std::unique_ptr<IPOutlookApp> MakePOutlookApp(std::shared_ptr<CPropertyVolume> v
     return volume ? std::make_unique<COutlookApp>(std::move(volume)) : nullptr;
 }
 
-COutlookApp::COutlookApp(std::shared_ptr<CPropertyVolume> volume) : m_volume(std::move(volume)), m_categories(*m_volume)
+COutlookApp::COutlookApp(std::shared_ptr<CPropertyVolume> volume)
+    : m_volume(std::move(volume)), m_categories(*m_volume)
 {
     ReadZone();
 }
 
-COutlookApp::~COutlookApp() { Logoff(); }
+COutlookApp::~COutlookApp()
+{
+    Logoff();
+}
 
 CStatus COutlookApp::Logon()
 {
     m_byNumber = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::RecId}}, false);
     if (!m_byNumber)
-        return {StatusKind::Corrupt, QStringLiteral("The volume %1 holds no appointments database.").arg(m_volume->Path())};
+        return {StatusKind::Corrupt,
+                QStringLiteral("The volume %1 holds no appointments database.").arg(m_volume->Path())};
     return {};
 }
 
-void COutlookApp::Logoff() { AbandonBatch(); }
+void COutlookApp::Logoff()
+{
+    AbandonBatch();
+}
 
 // Within a batch the zone stands still, as one look-up per item would cost more than its write.
 void COutlookApp::ReadZone()

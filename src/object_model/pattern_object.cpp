@@ -36,7 +36,8 @@ CPatternObject::CPatternObject(COutlookApp& app, DATE start, DATE end) : m_app(a
 {
     m_pattern.SetZone(app.Zone());
     CSeriesRows rows;
-    rows.SetStart(start == NO_DATE ? GetToday() : start);
+    const DATE now = UtcToLocal(DateOfFileTime(Clock().GetUtcTime()), app.Zone());
+    rows.SetStart(start == NO_DATE ? DayNumber(now) : start);
     if (start != NO_DATE && end != NO_DATE)
         rows.SetEnd(end);
     rows.Mask = 1 << DayOfWeekOf(rows.StartDay);
@@ -45,7 +46,8 @@ CPatternObject::CPatternObject(COutlookApp& app, DATE start, DATE end) : m_app(a
     m_baseRows = rows;
 }
 
-CPatternObject::CPatternObject(COutlookApp& app, const CRecurrencePattern& stored, bool allDay, CEOID oid, quint32 itemId)
+CPatternObject::CPatternObject(COutlookApp& app, const CRecurrencePattern& stored, bool allDay, CEOID oid,
+                               quint32 itemId)
     : m_app(app), m_oid(oid), m_itemId(itemId), m_allDay(allDay), m_pattern(stored)
 {
 }
@@ -88,12 +90,14 @@ void CPatternObject::put_Pattern(const CRecurrencePattern& pattern)
     m_pattern = pattern;
     // In order of day, one of each: so they are stored and found.
     std::vector<CRecurrenceException>& exceptions = m_pattern.Exceptions;
-    std::stable_sort(exceptions.begin(), exceptions.end(), [](const CRecurrenceException& a, const CRecurrenceException& b) {
-        return a.OriginalDay < b.OriginalDay;
-    });
-    const auto twice = std::unique(exceptions.begin(), exceptions.end(), [](const CRecurrenceException& a, const CRecurrenceException& b) {
-        return a.OriginalDay == b.OriginalDay;
-    });
+    std::stable_sort(exceptions.begin(), exceptions.end(),
+                     [](const CRecurrenceException& a, const CRecurrenceException& b) {
+                         return a.OriginalDay < b.OriginalDay;
+                     });
+    const auto twice = std::unique(exceptions.begin(), exceptions.end(),
+                                   [](const CRecurrenceException& a, const CRecurrenceException& b) {
+                                       return a.OriginalDay == b.OriginalDay;
+                                   });
     exceptions.erase(twice, exceptions.end());
     if (m_zonePut || pattern.Zone() == TimeZoneInformation())
         m_pattern.SetZone(zone);
@@ -181,7 +185,10 @@ void CPatternObject::put_PatternStartDate(DATE date)
         Edit().SetStartDay(date);
 }
 
-DATE CPatternObject::get_StartTime() const { return Rows().StartMinute / 1440.0; }
+DATE CPatternObject::get_StartTime() const
+{
+    return Rows().StartMinute / 1440.0;
+}
 
 void CPatternObject::put_StartTime(DATE time)
 {
@@ -189,12 +196,16 @@ void CPatternObject::put_StartTime(DATE time)
     m_startTimePut = IsDate(time) ? time : 0;
 }
 
-DATE CPatternObject::get_EndTime() const { return (Rows().StartMinute + Rows().Minutes) % 1440 / 1440.0; }
+DATE CPatternObject::get_EndTime() const
+{
+    return (Rows().StartMinute + Rows().Minutes) % 1440 / 1440.0;
+}
 
 void CPatternObject::put_EndTime(DATE time)
 {
     CSeriesRows& rows = Edit();
-    if (IsDate(time) && DayNumber(time) != 0 && DayNumber(m_startTimePut) != 0) { // both with their day: the whole span is told
+    if (IsDate(time) && DayNumber(time) != 0 &&
+        DayNumber(m_startTimePut) != 0) { // both with their day: the whole span is told
         rows.Minutes = int(std::clamp<qint64>(MinutesBetween(m_startTimePut, time), 0, 0x7FFFFFFF - 1440));
         return;
     }
@@ -239,7 +250,10 @@ void CPatternObject::put_Occurrences(int count)
     rows.EndDay = 0;
 }
 
-int CPatternObject::get_MonthOfYear() const { return Rows().Month ? Rows().Month : MonthOf(Rows().StartDay); }
+int CPatternObject::get_MonthOfYear() const
+{
+    return Rows().Month ? Rows().Month : MonthOf(Rows().StartDay);
+}
 
 void CPatternObject::put_MonthOfYear(int month)
 {
@@ -251,5 +265,6 @@ CStatus CPatternObject::GetOccurrence(DATE originalDay, std::unique_ptr<IAppoint
 {
     if (m_oid == 0)
         return {StatusKind::Invalid, QStringLiteral("The series was not saved yet.")};
-    return OpenOccurrence(m_app, m_itemId, IsDate(originalDay) ? DayNumber(originalDay) : kFarDay, occurrence);
+    return OpenOccurrence(m_app, m_itemId, IsDate(originalDay) ? DayNumber(originalDay) : kFarDay,
+                          occurrence);
 }

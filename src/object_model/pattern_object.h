@@ -13,7 +13,8 @@ public:
     // A new series: weekly on the start's day, in the device's zone.
     CPatternObject(COutlookApp& app, DATE start, DATE end);
     // A stored one.
-    CPatternObject(COutlookApp& app, const CRecurrencePattern& stored, bool allDay, CEOID oid, quint32 itemId);
+    CPatternObject(COutlookApp& app, const CRecurrencePattern& stored, bool allDay, CEOID oid,
+                   quint32 itemId);
 
     OlRecurs get_RecurrenceType() const override { return OlRecurs(Rows().Type); }
     void put_RecurrenceType(OlRecurs type) override;
@@ -62,10 +63,10 @@ private:
     CEOID m_oid = 0;
     quint32 m_itemId = 0;
     bool m_allDay = false;
-    bool m_touched = false;    // apart from the rows
-    bool m_wholePut = false;   // a pattern with its exceptions
+    bool m_touched = false;  // apart from the rows
+    bool m_wholePut = false; // a pattern with its exceptions
     bool m_zonePut = false;
-    DATE m_startTimePut = 0;   // as it was put, perhaps with its day
+    DATE m_startTimePut = 0; // as it was put, perhaps with its day
     mutable CRecurrencePattern m_pattern;
     mutable std::optional<CSeriesRows> m_rows;
     mutable CSeriesRows m_baseRows;

@@ -6,12 +6,15 @@
 
 namespace
 {
-constexpr int kMaxCount = 65535; // the stored count has 16 bits
+constexpr int kMaxCount = 65535;   // the stored count has 16 bits
 constexpr int kFirstDay = -109205; // stored dates begin in 1601
 constexpr size_t kMaxExceptions = 65535;
 constexpr qint64 kTicksPerMinute = 600000000;
 
-int MinuteOfDay(DATE date) { return int(MinutesBetween(DayNumber(date), date)); }
+int MinuteOfDay(DATE date)
+{
+    return int(MinutesBetween(DayNumber(date), date));
+}
 
 int RotateMask(int mask, int days)
 {
@@ -73,9 +76,18 @@ void ComputeEnd(CRecurrencePattern& pattern, int first)
 }
 } // namespace
 
-bool IsDate(DATE date) { return date > kFirstDay && date < kFarDay; }
-DATE PlusMinutes(DATE date, qint64 minutes) { return DateOfFileTime(FileTimeOfDate(date) + minutes * kTicksPerMinute); }
-qint64 MinutesBetween(DATE from, DATE to) { return (FileTimeOfDate(to) - FileTimeOfDate(from)) / kTicksPerMinute; }
+bool IsDate(DATE date)
+{
+    return date > kFirstDay && date < kFarDay;
+}
+DATE PlusMinutes(DATE date, qint64 minutes)
+{
+    return DateOfFileTime(FileTimeOfDate(date) + minutes * kTicksPerMinute);
+}
+qint64 MinutesBetween(DATE from, DATE to)
+{
+    return (FileTimeOfDate(to) - FileTimeOfDate(from)) / kTicksPerMinute;
+}
 DATE ToWholeMinute(DATE date)
 {
     const FileTime ticks = FileTimeOfDate(date);
@@ -84,10 +96,19 @@ DATE ToWholeMinute(DATE date)
 
 // ---- rows
 
-DATE CSeriesRows::Start() const { return PlusMinutes(StartDay, StartMinute); }
-DATE CSeriesRows::End() const { return PlusMinutes(StartDay, qint64(StartMinute) + Minutes); }
+DATE CSeriesRows::Start() const
+{
+    return PlusMinutes(StartDay, StartMinute);
+}
+DATE CSeriesRows::End() const
+{
+    return PlusMinutes(StartDay, qint64(StartMinute) + Minutes);
+}
 
-void CSeriesRows::SetStartDay(DATE date) { StartDay = IsDate(date) ? DayNumber(date) : kFarDay; }
+void CSeriesRows::SetStartDay(DATE date)
+{
+    StartDay = IsDate(date) ? DayNumber(date) : kFarDay;
+}
 
 void CSeriesRows::SetStart(DATE date)
 {
@@ -124,7 +145,8 @@ CSeriesRows RowsOf(const CRecurrencePattern& pattern, bool allDay, const TimeZon
     const DATE start = PlusMinutes(first, std::max(pattern.StartMinute, 0) % 1440);
     rows.SetStart(allDay ? start : ToDevice(pattern, device, start));
     const int days = rows.StartDay - first;
-    rows.Minutes = int(std::clamp<qint64>(qint64(pattern.EndMinute) - pattern.StartMinute, 0, 0x7FFFFFFF - 1440));
+    rows.Minutes =
+        int(std::clamp<qint64>(qint64(pattern.EndMinute) - pattern.StartMinute, 0, 0x7FFFFFFF - 1440));
     rows.Type = pattern.Type;
     rows.Interval = pattern.Interval;
     rows.Mask = RotateMask(pattern.DayMask, days);
@@ -154,7 +176,8 @@ bool SameSeries(const CSeriesRows& rows, const CSeriesRows& base)
     return a == b;
 }
 
-void ApplyRows(const CSeriesRows& rows, bool allDay, const TimeZoneInformation& device, CRecurrencePattern& pattern)
+void ApplyRows(const CSeriesRows& rows, bool allDay, const TimeZoneInformation& device,
+               CRecurrencePattern& pattern)
 {
     CSeriesRows local = rows;
     if (rows.IsYearly())
@@ -210,7 +233,8 @@ CStatus NormalizePattern(CRecurrencePattern& pattern, bool allDay)
 void KeepExceptions(const CRecurrencePattern& old, CRecurrencePattern& pattern)
 {
     const auto days = [](const CRecurrencePattern& p) {
-        return std::tuple(p.Type, p.Interval, p.PatternStart, p.PatternEnd, p.DayMask, p.DayOfMonth, p.Instance);
+        return std::tuple(p.Type, p.Interval, p.PatternStart, p.PatternEnd, p.DayMask, p.DayOfMonth,
+                          p.Instance);
     };
     if (days(old) != days(pattern))
         std::erase_if(pattern.Exceptions, [&pattern](const CRecurrenceException& e) {

@@ -40,7 +40,8 @@ CSeriesRows RowsOf(const CRecurrencePattern& pattern, bool allDay, const TimeZon
 // end on the day of the last counted occurrence is that count.
 bool SameSeries(const CSeriesRows& rows, const CSeriesRows& base);
 // Turns the rows back into the pattern's zone; exceptions stay as they are.
-void ApplyRows(const CSeriesRows& rows, bool allDay, const TimeZoneInformation& device, CRecurrencePattern& pattern);
+void ApplyRows(const CSeriesRows& rows, bool allDay, const TimeZoneInformation& device,
+               CRecurrencePattern& pattern);
 
 // What is stored: fields in their range, the start on the first occurrence, the end computed.
 CStatus NormalizePattern(CRecurrencePattern& pattern, bool allDay);

@@ -41,7 +41,8 @@ std::vector<CAttendee> ParseAttendees(const QByteArray& blob)
     std::vector<CAttendee> attendees;
     qsizetype at = 0;
     CAttendee attendee;
-    while (attendees.size() < kMaxAttendees && ReadText(blob, at, attendee.Name) && ReadText(blob, at, attendee.Address))
+    while (attendees.size() < kMaxAttendees && ReadText(blob, at, attendee.Name) &&
+           ReadText(blob, at, attendee.Address))
         attendees.push_back(attendee);
     return attendees;
 }

@@ -14,8 +14,14 @@ template <typename T> bool ReadAt(std::span<const uchar> bytes, size_t at, T* va
     *value = qFromLittleEndian<T>(bytes.data() + at);
     return true;
 }
-inline bool Read16(std::span<const uchar> bytes, size_t at, quint16* value) { return ReadAt(bytes, at, value); }
-inline bool Read32(std::span<const uchar> bytes, size_t at, quint32* value) { return ReadAt(bytes, at, value); }
+inline bool Read16(std::span<const uchar> bytes, size_t at, quint16* value)
+{
+    return ReadAt(bytes, at, value);
+}
+inline bool Read32(std::span<const uchar> bytes, size_t at, quint32* value)
+{
+    return ReadAt(bytes, at, value);
+}
 
 inline void Append16(QByteArray& blob, quint16 value)
 {

@@ -9,7 +9,10 @@ namespace
 constexpr qint64 kMaxMinutes = 3660 * 1440;
 constexpr int kFirstDay = -109205; // 1 January 1601, where stored dates begin
 
-int Modulo(int value, int divisor) { return (value % divisor + divisor) % divisor; }
+int Modulo(int value, int divisor)
+{
+    return (value % divisor + divisor) % divisor;
+}
 
 int MonthStart(qint64 month) // months since January of year 0
 {
@@ -24,11 +27,16 @@ qint64 MonthOf(int day)
 }
 
 // Whether the bit of a weekday, 0 Sunday, is in a mask.
-bool Selected(int mask, int weekday) { return (mask >> weekday & 1) != 0; }
+bool Selected(int mask, int weekday)
+{
+    return (mask >> weekday & 1) != 0;
+}
 
 int BoundedDay(DATE date)
 {
-    return date > kFirstDay && date < CPatternDays::kNoDay ? DayNumber(date) : date >= 0 ? CPatternDays::kNoDay - 1 : kFirstDay;
+    return date > kFirstDay && date < CPatternDays::kNoDay ? DayNumber(date)
+           : date >= 0                                     ? CPatternDays::kNoDay - 1
+                                                           : kFirstDay;
 }
 
 // Ordinal of a set of weekdays in a month: the n-th selected day, or the last one.
@@ -87,8 +95,9 @@ int DayInLaterMonth(int day, int target, int months)
 // ---- the rule as arithmetic
 
 CPatternDays::CPatternDays(const CRecurrencePattern& pattern)
-    : m_type(pattern.Type), m_interval(std::clamp(pattern.Interval, 1, 1000000)), m_mask(pattern.DayMask & 0x7F),
-      m_dayOfMonth(std::clamp(pattern.DayOfMonth, 1, 31)), m_instance(std::clamp(pattern.Instance, 1, 5))
+    : m_type(pattern.Type), m_interval(std::clamp(pattern.Interval, 1, 1000000)),
+      m_mask(pattern.DayMask & 0x7F), m_dayOfMonth(std::clamp(pattern.DayOfMonth, 1, 31)),
+      m_instance(std::clamp(pattern.Instance, 1, 5))
 {
     const int startDays = std::clamp(pattern.StartMinute, 0, 0x7FFFFFFF) / 1440;
     m_anchor = std::min(BoundedDay(pattern.PatternStart) + startDays, kNoDay);
@@ -179,7 +188,8 @@ qint64 CPatternDays::IndexAtOrAfter(int day) const
 // ---- occurrences
 
 CPatternIterator::CPatternIterator(const CRecurrencePattern& pattern, int firstDay)
-    : m_days(pattern), m_lastDay(BoundedDay(pattern.PatternEnd)), m_startMinute(Modulo(std::max(pattern.StartMinute, 0), 1440)),
+    : m_days(pattern), m_lastDay(BoundedDay(pattern.PatternEnd)),
+      m_startMinute(Modulo(std::max(pattern.StartMinute, 0), 1440)),
       m_minutes(std::clamp<qint64>(qint64(pattern.EndMinute) - pattern.StartMinute, 0, kMaxMinutes))
 {
     const qint64 days = (m_startMinute + m_minutes) / 1440; // that one occurrence reaches over
@@ -199,7 +209,10 @@ void CPatternIterator::Place()
     m_end = dateOf(int(m_day + end / 1440), end % 1440);
 }
 
-bool CPatternIterator::AtEnd() const { return m_day > m_lastDay || m_day >= CPatternDays::kNoDay; }
+bool CPatternIterator::AtEnd() const
+{
+    return m_day > m_lastDay || m_day >= CPatternDays::kNoDay;
+}
 
 void CPatternIterator::Next()
 {
@@ -207,13 +220,15 @@ void CPatternIterator::Next()
     Place();
 }
 
-void ExpandPattern(const CRecurrencePattern& pattern, int firstDay, int lastDay, std::vector<COccurrence>& out)
+void ExpandPattern(const CRecurrencePattern& pattern, int firstDay, int lastDay,
+                   std::vector<COccurrence>& out)
 {
     const size_t before = out.size();
     auto exception = pattern.Exceptions.begin();
     for (CPatternIterator it(pattern, firstDay); !it.AtEnd() && it.Day() <= lastDay; it.Next()) {
-        exception = std::lower_bound(exception, pattern.Exceptions.end(), it.Day(),
-                                     [](const CRecurrenceException& e, int day) { return e.OriginalDay < day; });
+        exception =
+            std::lower_bound(exception, pattern.Exceptions.end(), it.Day(),
+                             [](const CRecurrenceException& e, int day) { return e.OriginalDay < day; });
         if (exception == pattern.Exceptions.end() || exception->OriginalDay != it.Day())
             out.push_back({it.Start(), it.End(), it.Day(), -1});
     }
@@ -221,7 +236,8 @@ void ExpandPattern(const CRecurrencePattern& pattern, int firstDay, int lastDay,
     for (size_t i = 0; i < pattern.Exceptions.size(); ++i) {
         const CRecurrenceException& e = pattern.Exceptions[i];
         // One that ends before it starts still shows on its first day.
-        if (e.Deleted || DayNumber(e.Start) > lastDay || std::max(DayNumber(e.End), DayNumber(e.Start)) < firstDay)
+        if (e.Deleted || DayNumber(e.Start) > lastDay ||
+            std::max(DayNumber(e.End), DayNumber(e.Start)) < firstDay)
             continue;
         out.push_back({e.Start, e.End, e.OriginalDay, int(i)});
         moved = true;

@@ -5,10 +5,10 @@
 namespace
 {
 const std::vector<CPropertyColumn> kForeignColumns = {
-    {Prop::Organizer, "organizer"},       {Prop::Uid, "uid"},
-    {Prop::Sequence, "sequence"},         {Prop::LastChange, "last_change"},
-    {Prop::ContentHash, "content_hash"},  {Prop::EqualsIndex, "equals_index"},
-    {Prop::ForeignText, "foreign_text"},  {Prop::OccurrenceId, "occurrence_id"},
+    {Prop::Organizer, "organizer"},      {Prop::Uid, "uid"},
+    {Prop::Sequence, "sequence"},        {Prop::LastChange, "last_change"},
+    {Prop::ContentHash, "content_hash"}, {Prop::EqualsIndex, "equals_index"},
+    {Prop::ForeignText, "foreign_text"}, {Prop::OccurrenceId, "occurrence_id"},
     {Prop::SourceRule, "source_rule"},
 };
 
@@ -91,7 +91,9 @@ CDatabaseSchema Contacts()
 
 CVolumeSchema MakeSchema()
 {
-    return {Appointments(), Tasks(), Contacts(),
+    return {Appointments(),
+            Tasks(),
+            Contacts(),
             {kCategoryDatabase,
              {{Prop::CategoryNumber, "category"}, {Prop::CategoryName, "name"}, {Prop::CategoryFlag, "flag"}},
              {}},

@@ -49,18 +49,29 @@ const CLayout* LayoutOf(int type)
     static constexpr CLayout kByDay = {0, 22, 0, 26, 38, 46, 50};
     static constexpr CLayout kOrdinal = {22, 0, 26, 30, 42, 50, 54};
     switch (type) {
-    case PatternType::Daily: return &kDaily;
-    case PatternType::Weekly: return &kWeekly;
+    case PatternType::Daily:
+        return &kDaily;
+    case PatternType::Weekly:
+        return &kWeekly;
     case PatternType::Monthly:
-    case PatternType::Yearly: return &kByDay;
+    case PatternType::Yearly:
+        return &kByDay;
     case PatternType::MonthlyNth:
-    case PatternType::YearlyNth: return &kOrdinal;
-    default: return nullptr;
+    case PatternType::YearlyNth:
+        return &kOrdinal;
+    default:
+        return nullptr;
     }
 }
 
-quint32 MinutesOf(DATE date) { return quint32(std::clamp(DateToMinutesSince1601(date), 0.0, 4294967295.0)); }
-DATE DateOfMinutes(quint32 minutes) { return MinutesSince1601ToDate(minutes); }
+quint32 MinutesOf(DATE date)
+{
+    return quint32(std::clamp(DateToMinutesSince1601(date), 0.0, 4294967295.0));
+}
+DATE DateOfMinutes(quint32 minutes)
+{
+    return MinutesSince1601ToDate(minutes);
+}
 
 bool AllZero(const QByteArray& bytes)
 {
@@ -144,9 +155,10 @@ void ReadDeletions(CRecurrencePattern& pattern, CBlobReader& reader, quint32 cou
         pattern.Exceptions.push_back(exception);
     }
     std::vector<CRecurrenceException>& all = pattern.Exceptions;
-    std::stable_sort(all.begin(), all.end(), [](const CRecurrenceException& a, const CRecurrenceException& b) {
-        return a.OriginalDay < b.OriginalDay;
-    });
+    std::stable_sort(all.begin(), all.end(),
+                     [](const CRecurrenceException& a, const CRecurrenceException& b) {
+                         return a.OriginalDay < b.OriginalDay;
+                     });
     const auto sameDay = [](const CRecurrenceException& a, const CRecurrenceException& b) {
         return a.OriginalDay == b.OriginalDay;
     };
@@ -267,7 +279,8 @@ void AppendNote(QByteArray& blob, const CRecurrenceException& exception, const Q
 
 void AppendRecord(QByteArray& blob, const CRecurrencePattern& pattern, const CRecurrenceException& exception)
 {
-    quint16 kept = exception.SkippedBytes.size() >= 2 ? qFromLittleEndian<quint16>(exception.SkippedBytes.data()) : 0;
+    quint16 kept =
+        exception.SkippedBytes.size() >= 2 ? qFromLittleEndian<quint16>(exception.SkippedBytes.data()) : 0;
     qsizetype keptAt = 2;
     for (quint16 flag : kFourByteFlags)
         keptAt += kept & flag ? 4 : 0;

@@ -4,9 +4,9 @@
 
 namespace
 {
-constexpr int kDay1601 = -109205;      // day number of 1 January 1601
-constexpr int kFirstDay = -657434;     // 1 January 100
-constexpr int kLastDay = 2958465;      // 31 December 9999
+constexpr int kDay1601 = -109205;  // day number of 1 January 1601
+constexpr int kFirstDay = -657434; // 1 January 100
+constexpr int kLastDay = 2958465;  // 31 December 9999
 constexpr qint64 kTicksPerSecond = 10000000;
 constexpr qint64 kSecondsPerDay = 86400;
 
@@ -16,7 +16,10 @@ qint64 SecondsOf(DATE date)
     const double days = SignedOf(date);
     return std::fabs(days) < 1e7 ? std::llround(days * double(kSecondsPerDay)) : 0; // a NaN too
 }
-qint64 FloorDays(qint64 seconds) { return (seconds - (seconds < 0 ? kSecondsPerDay - 1 : 0)) / kSecondsPerDay; }
+qint64 FloorDays(qint64 seconds)
+{
+    return (seconds - (seconds < 0 ? kSecondsPerDay - 1 : 0)) / kSecondsPerDay;
+}
 
 // Day and fraction are added as the platform adds them, so that equal moments are equal doubles.
 DATE DateOfSeconds(qint64 seconds)
@@ -26,14 +29,20 @@ DATE DateOfSeconds(qint64 seconds)
     return day >= 0 ? double(day) + time : double(day) - time;
 }
 
-int WeekdayOf(int dayNumber) { return ((dayNumber - 1) % 7 + 7) % 7; } // day 1 was a Sunday
+int WeekdayOf(int dayNumber)
+{
+    return ((dayNumber - 1) % 7 + 7) % 7;
+} // day 1 was a Sunday
 
 int DaysInMonth(int year, int month)
 {
     return month == 12 ? 31 : DayNumberOf(year, month + 1, 1) - DayNumberOf(year, month, 1);
 }
 
-int DayOf(const SystemTime& time) { return DayNumberOf(time.wYear, time.wMonth, time.wDay); }
+int DayOf(const SystemTime& time)
+{
+    return DayNumberOf(time.wYear, time.wMonth, time.wDay);
+}
 
 SystemTime OnDay(const SystemTime& time, int dayNumber)
 {
@@ -48,8 +57,14 @@ SystemTime OnDay(const SystemTime& time, int dayNumber)
 }
 
 // A rule comes from stored bytes as well: anything outside the calendar counts as none.
-bool IsRule(const SystemTime& rule) { return rule.wMonth >= 1 && rule.wMonth <= 12; }
-bool HasRules(const TimeZoneInformation& zone) { return IsRule(zone.StandardDate) && IsRule(zone.DaylightDate); }
+bool IsRule(const SystemTime& rule)
+{
+    return rule.wMonth >= 1 && rule.wMonth <= 12;
+}
+bool HasRules(const TimeZoneInformation& zone)
+{
+    return IsRule(zone.StandardDate) && IsRule(zone.DaylightDate);
+}
 
 qint64 TransitionSeconds(const SystemTime& rule, int year)
 {
@@ -89,7 +104,10 @@ qint64 AdvanceSeconds(const TimeZoneInformation& zone) // how far daylight time 
 }
 } // namespace
 
-DATE GetNow() { return DateOf(GetLocalTime()); }
+DATE GetNow()
+{
+    return DateOf(GetLocalTime());
+}
 
 SystemTime SystemTimeOf(DATE date)
 {
@@ -114,7 +132,10 @@ void AddMinutes(SystemTime& time, int minutes)
     time.wMinute = quint16(rest % 60);
 }
 
-int DayOfWeekOf(int dayNumber) { return WeekdayOf(dayNumber); }
+int DayOfWeekOf(int dayNumber)
+{
+    return WeekdayOf(dayNumber);
+}
 
 void GetMonthBounds(const SystemTime& date, SystemTime* first, SystemTime* last)
 {
@@ -170,7 +191,8 @@ void CorrectToDaylightOfDate(bool daylightNow, const TimeZoneInformation& zone, 
     // hour off; without that the morning of a change would read an hour wrong.
     const qint64 advance = AdvanceSeconds(zone);
     const qint64 wall = SecondsOf(DateOf(time));
-    const bool daylight = daylightNow ? InDaylight(zone, wall, advance, 0) : InDaylight(zone, wall, 0, -advance);
+    const bool daylight =
+        daylightNow ? InDaylight(zone, wall, advance, 0) : InDaylight(zone, wall, 0, -advance);
     if (daylight && !daylightNow)
         AddMinutes(time, int(advance / 60));
     else if (daylightNow && !daylight)

@@ -57,7 +57,8 @@ int GetSameDayNextMonth(int dayNumber);
 
 DATE GetTransitionDate(const SystemTime& rule, int year);
 bool IsDaylightTime(const TimeZoneInformation& zone, const SystemTime& time);
-// A stored time was turned local by the bias of now; moves it to that of its own date.
+// A stored time was turned local by the bias of now; moves it to that of its own date. Exact in
+// the hours at a change of the clocks too, so that what LocalToUtc stored comes back.
 void CorrectToDaylightOfDate(bool daylightNow, const TimeZoneInformation& zone, SystemTime& time);
 // A plain all-day item is stored at UTC midnight or near it; finds the day it means.
 void NormalizeUtcAllDay(const SystemTime& utc, SystemTime& local);

@@ -49,14 +49,16 @@ TEST_F(ObjectModel, DatesAreStoredByTheRules)
     } cases[] = {
         {"2026-07-01 10:00", "2026-07-01 11:00", false, "2026-07-01 10:00", "2026-07-01 11:00", 60, 0},
         {"2026-07-01 23:30", "2026-07-02 00:30", false, "2026-07-01 23:30", "2026-07-02 00:30", 60, 0},
-        {"2026-07-01 10:00", "2026-07-01 09:00", false, "2026-07-01 10:00", "2026-07-01 10:00", 0, 0}, // swapped
+        {"2026-07-01 10:00", "2026-07-01 09:00", false, "2026-07-01 10:00", "2026-07-01 10:00", 0,
+         0}, // swapped
         {"2026-07-01", "2026-07-02", true, "2026-07-01", "2026-07-02", 1440, 0},
         {"2026-07-01", "2026-07-01", true, "2026-07-01", "2026-07-02", 1440, 0},
         {"2026-07-01 15:00", "2026-07-03 01:00", true, "2026-07-01", "2026-07-04", 4320, 0},
         {"2026-07-02", "2026-07-01", true, "2026-07-02", "2026-07-03", 1440, 0},
         {"2026-07-01 10:00", "2026-08-01 10:00", false, "2026-07-01 10:00", "2026-08-01 10:00", 44640, 0},
         {"2026-07-01 10:00", "2026-08-01 10:01", false, "2026-07-01 10:00", "2026-08-01 10:01", 44641, 44641},
-        {"2026-03-28 10:00", "2026-03-29 10:00", false, "2026-03-28 10:00", "2026-03-29 10:00", 1440, 0}, // a day of 23 hours
+        {"2026-03-28 10:00", "2026-03-29 10:00", false, "2026-03-28 10:00", "2026-03-29 10:00", 1440,
+         0}, // a day of 23 hours
     };
     for (const auto& c : cases) {
         auto item = Plain(c.start, c.end);
@@ -84,9 +86,10 @@ TEST_F(ObjectModel, ShorteningALongItemTakesItOutOfItsOrder)
 
 TEST_F(ObjectModel, WallTimesComeBackInBothSeasonsAndHemispheres)
 {
-    const char* const walls[] = {"2026-01-15 10:00", "2026-07-15 10:00", "2025-07-15 00:00", "2030-01-15 23:45",
-                                 "2026-03-29 01:30", "2026-03-29 03:30", "2026-10-25 01:30", "2026-10-25 02:30",
-                                 "2026-10-25 03:30", "2026-04-05 02:30", "2026-04-05 03:30", "2026-10-04 01:30"};
+    const char* const walls[] = {"2026-01-15 10:00", "2026-07-15 10:00", "2025-07-15 00:00",
+                                 "2030-01-15 23:45", "2026-03-29 01:30", "2026-03-29 03:30",
+                                 "2026-10-25 01:30", "2026-10-25 02:30", "2026-10-25 03:30",
+                                 "2026-04-05 02:30", "2026-04-05 03:30", "2026-10-04 01:30"};
     for (const TimeZoneInformation& zone : {BerlinZone(), SydneyZone(), NewYorkZone(), PlainZone(-330)}) {
         SetZone(zone);
         for (const char* now : {"2026-01-10 12:00", "2026-07-10 12:00"}) {
@@ -193,7 +196,8 @@ TEST_F(ObjectModel, CategoriesMadeElsewhereAreSeen)
     item->put_Categories("One");
     ASSERT_TRUE(item->Save());
     std::shared_ptr<CPropertyVolume> other;
-    ASSERT_TRUE(CPropertyVolume::Open(m_volume->Path(), PimSchema(), CPropertyVolume::Mode::MustExist, other));
+    ASSERT_TRUE(
+        CPropertyVolume::Open(m_volume->Path(), PimSchema(), CPropertyVolume::Mode::MustExist, other));
     const auto app = MakePOutlookApp(other);
     auto theirs = app->CreateAppointment();
     theirs->put_Start(At("2026-07-05"));
@@ -225,7 +229,8 @@ TEST_F(ObjectModel, AFailedSaveInABatchFailsThatItemAlone)
 {
     ASSERT_TRUE(m_app->BeginBatch());
     EXPECT_FALSE(m_app->BeginBatch());
-    auto good = Plain("2026-07-01", "2026-07-02"), bad = m_app->CreateAppointment(), last = Plain("2026-07-03", "2026-07-04");
+    auto good = Plain("2026-07-01", "2026-07-02"), bad = m_app->CreateAppointment(),
+         last = Plain("2026-07-03", "2026-07-04");
     good->put_Categories("Kept");
     ASSERT_TRUE(good->Save());
     bad->put_Start(-1e9);
@@ -294,8 +299,11 @@ TEST_F(ObjectModel, AFailedWriteChangesNothing)
                 CReadRecord record;
                 if (m_volume->ReadWholeRecord(database.Name, oid, record.Rows))
                     for (const CEPROPVAL& row : record.Rows)
-                        text += QString("%1:%2=%3%4%5 ").arg(oid).arg(row.propid, 0, 16).arg(row.Number).arg(row.Text,
-                                                            QString::fromLatin1(row.Bytes.toHex()));
+                        text += QString("%1:%2=%3%4%5 ")
+                                    .arg(oid)
+                                    .arg(row.propid, 0, 16)
+                                    .arg(row.Number)
+                                    .arg(row.Text, QString::fromLatin1(row.Bytes.toHex()));
             }
         return text;
     };
@@ -331,7 +339,8 @@ TEST_F(ObjectModel, ItemsAreFoundByTheirUid)
     const struct {
         const char *uid, *occurrence;
         quint32 index;
-    } cases[] = {{"b@x", "", 0}, {"a@x", "20260105", 0}, {"a@x", "", 1}, {"a@x", "", 0}, {"A@x", "", 0}, {"a@", "", 0}};
+    } cases[] = {{"b@x", "", 0}, {"a@x", "20260105", 0}, {"a@x", "", 1},
+                 {"a@x", "", 0}, {"A@x", "", 0},         {"a@", "", 0}};
     for (const auto& c : cases) {
         const auto item = Plain("2026-07-01", "2026-07-02");
         CForeignData data;
@@ -396,8 +405,14 @@ TEST_F(ObjectModel, SendingNeedsATransport)
 {
     struct CTransport : IItemTransport {
         QString Log;
-        CStatus SendRequest(IAppointment& item) override { return Log += "request " + item.get_Subject(), CStatus(); }
-        CStatus SendCancel(IAppointment& item) override { return Log += " cancel " + item.get_Subject(), CStatus(); }
+        CStatus SendRequest(IAppointment& item) override
+        {
+            return Log += "request " + item.get_Subject(), CStatus();
+        }
+        CStatus SendCancel(IAppointment& item) override
+        {
+            return Log += " cancel " + item.get_Subject(), CStatus();
+        }
     } transport;
     auto item = Series();
     EXPECT_TRUE(item->Send());

@@ -19,9 +19,18 @@ TimeZoneInformation MakeZone(int bias, SystemTime standard, SystemTime daylight)
 }
 } // namespace
 
-TimeZoneInformation BerlinZone() { return MakeZone(-60, {0, 10, 0, 5, 3, 0, 0, 0}, {0, 3, 0, 5, 2, 0, 0, 0}); }
-TimeZoneInformation NewYorkZone() { return MakeZone(300, {0, 11, 0, 1, 2, 0, 0, 0}, {0, 3, 0, 2, 2, 0, 0, 0}); }
-TimeZoneInformation SydneyZone() { return MakeZone(-600, {0, 4, 0, 1, 3, 0, 0, 0}, {0, 10, 0, 1, 2, 0, 0, 0}); }
+TimeZoneInformation BerlinZone()
+{
+    return MakeZone(-60, {0, 10, 0, 5, 3, 0, 0, 0}, {0, 3, 0, 5, 2, 0, 0, 0});
+}
+TimeZoneInformation NewYorkZone()
+{
+    return MakeZone(300, {0, 11, 0, 1, 2, 0, 0, 0}, {0, 3, 0, 2, 2, 0, 0, 0});
+}
+TimeZoneInformation SydneyZone()
+{
+    return MakeZone(-600, {0, 4, 0, 1, 3, 0, 0, 0}, {0, 10, 0, 1, 2, 0, 0, 0});
+}
 TimeZoneInformation PlainZone(int bias)
 {
     TimeZoneInformation zone;
@@ -90,8 +99,8 @@ void ObjectModel::Reopen()
 {
     m_app.reset();
     m_volume.reset();
-    const CStatus status =
-        CPropertyVolume::Open(m_folder.filePath("pim.vol"), PimSchema(), CPropertyVolume::Mode::Create, m_volume);
+    const CStatus status = CPropertyVolume::Open(m_folder.filePath("pim.vol"), PimSchema(),
+                                                 CPropertyVolume::Mode::Create, m_volume);
     ASSERT_TRUE(status) << status.Text().toStdString();
     m_app = MakePOutlookApp(m_volume);
     ASSERT_TRUE(m_app->Logon());

@@ -9,8 +9,14 @@ namespace
 QString TextOf(const CRecurrencePattern& p)
 {
     return QString("%1 every %2 mask %3 day %4 nth %5, %6 to %7, kind %8 count %9")
-               .arg(p.Type).arg(p.Interval).arg(p.DayMask).arg(p.DayOfMonth).arg(p.Instance)
-               .arg(IsoOf(p.PatternStart), IsoOf(p.PatternEnd)).arg(p.EndKind).arg(p.Occurrences) +
+               .arg(p.Type)
+               .arg(p.Interval)
+               .arg(p.DayMask)
+               .arg(p.DayOfMonth)
+               .arg(p.Instance)
+               .arg(IsoOf(p.PatternStart), IsoOf(p.PatternEnd))
+               .arg(p.EndKind)
+               .arg(p.Occurrences) +
            QString(", %1-%2").arg(p.StartMinute).arg(p.EndMinute);
 }
 
@@ -45,10 +51,16 @@ TEST_F(ObjectModel, WhatIsWrittenDecodesToWhatWasPut)
         {"2026-01-31 10:00", [](P& p) { p.put_RecurrenceType(OlRecurs::Yearly), p.put_DayOfMonth(15); },
          "5 every 12 mask 0 day 15 nth 0, 2027-01-15 to 4500-12-31, kind 2 count 1, 600-660"},
         {"2026-11-22 10:00", // another month: in its next year
-         [](P& p) { p.put_RecurrenceType(OlRecurs::Yearly), p.put_MonthOfYear(3), p.put_DayOfMonth(31), p.put_Interval(24); },
+         [](P& p) {
+             p.put_RecurrenceType(OlRecurs::Yearly), p.put_MonthOfYear(3), p.put_DayOfMonth(31),
+                 p.put_Interval(24);
+         },
          "5 every 24 mask 0 day 31 nth 0, 2027-03-31 to 4500-12-31, kind 2 count 1, 600-660"},
         {"2026-01-07 10:00",
-         [](P& p) { p.put_RecurrenceType(OlRecurs::YearlyNth), p.put_MonthOfYear(11), p.put_Instance(4), p.put_DayOfWeekMask(0x10); },
+         [](P& p) {
+             p.put_RecurrenceType(OlRecurs::YearlyNth), p.put_MonthOfYear(11), p.put_Instance(4),
+                 p.put_DayOfWeekMask(0x10);
+         },
          "6 every 12 mask 16 day 0 nth 4, 2026-11-26 to 4500-12-31, kind 2 count 1, 600-660"},
         {"2026-01-07 10:00", // a count that 16 bits do not hold becomes a date
          [](P& p) { p.put_RecurrenceType(OlRecurs::Daily), p.put_Occurrences(70000); },
@@ -190,7 +202,8 @@ TEST_F(ObjectModel, DaysOfTheMonthAreTurnedBackToo)
     edited->put_Start(At("2026-02-01 05:00"));
     ASSERT_TRUE(edited->Save());
     EXPECT_EQ(Read(*item).Pattern().DayOfMonth, 31);
-    EXPECT_EQ(Occurrences(*item, "2026-02-01", "2026-04-02").join(", "), "2026-02-01 05:00, 2026-03-01 05:00, 2026-04-01 05:00");
+    EXPECT_EQ(Occurrences(*item, "2026-02-01", "2026-04-02").join(", "),
+              "2026-02-01 05:00, 2026-03-01 05:00, 2026-04-01 05:00");
 }
 
 // ---- what an edit leaves alone
@@ -244,11 +257,14 @@ TEST_F(ObjectModel, ExceptionsGoOnlyWithTheirDays)
         std::function<void(IAppointment&)> put;
         const char* left;
     } cases[] = {
-        {"subject", [](IAppointment& a) { a.put_Subject("x"); }, "-2026-01-07 2026-01-12>2026-01-13 10:00 -2026-01-19"},
+        {"subject", [](IAppointment& a) { a.put_Subject("x"); },
+         "-2026-01-07 2026-01-12>2026-01-13 10:00 -2026-01-19"},
         {"start time", [](IAppointment& a) { a.put_Start(At("2026-01-05 12:00")); },
          "-2026-01-07 2026-01-12>2026-01-13 10:00 -2026-01-19"},
-        {"mask", [](IAppointment& a) { a.GetRecurrencePattern()->put_DayOfWeekMask(0x02); }, "2026-01-12>2026-01-13 10:00 -2026-01-19"},
-        {"interval", [](IAppointment& a) { a.GetRecurrencePattern()->put_Interval(2); }, "-2026-01-07 -2026-01-19"},
+        {"mask", [](IAppointment& a) { a.GetRecurrencePattern()->put_DayOfWeekMask(0x02); },
+         "2026-01-12>2026-01-13 10:00 -2026-01-19"},
+        {"interval", [](IAppointment& a) { a.GetRecurrencePattern()->put_Interval(2); },
+         "-2026-01-07 -2026-01-19"},
         {"end", [](IAppointment& a) { a.GetRecurrencePattern()->put_PatternEndDate(At("2026-01-18")); },
          "-2026-01-07 2026-01-12>2026-01-13 10:00"},
         {"type", [](IAppointment& a) { a.GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily); },
@@ -267,6 +283,24 @@ TEST_F(ObjectModel, ExceptionsGoOnlyWithTheirDays)
         ASSERT_TRUE(edited->Save());
         EXPECT_EQ(ExceptionsOf(Read(*item).Pattern()).toStdString(), c.left) << c.what;
     }
+}
+
+TEST_F(ObjectModel, AnExceptionOnAForeignDayStaysWhileTheDaysDo)
+{
+    const auto item = Series();
+    CRecurrencePattern foreign = Read(*item).Pattern();
+    CRecurrenceException beside; // on a Friday, which the pattern has not
+    beside.OriginalDay = DayNumber(At("2026-01-09"));
+    beside.Deleted = false;
+    beside.Start = beside.End = At("2026-01-10 08:00");
+    foreign.Exceptions.push_back(beside);
+    const CEPROPVAL row(Prop::Recurrence, WriteRecurrence(foreign));
+    CEOID oid = item->RecordOid();
+    ASSERT_TRUE(m_volume->WriteRecord(kAppointmentsDatabase, oid, {&row, 1}, {}, &oid));
+    auto edited = Get(item->get_Oid());
+    edited->put_End(At("2026-01-05 12:00"));
+    ASSERT_TRUE(edited->Save());
+    EXPECT_EQ(ExceptionsOf(Read(*item).Pattern()), "2026-01-09>2026-01-10 08:00");
 }
 
 TEST_F(ObjectModel, AChangedOccurrenceThatWasNotMovedFollowsTheSeries)
@@ -298,7 +332,8 @@ TEST_F(ObjectModel, ClearingThePatternLeavesAPlainItem)
     EXPECT_EQ(IsoOf(Get(item->get_Oid())->get_End()), "2026-02-03 10:00");
     edited->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
     ASSERT_TRUE(edited->Save());
-    EXPECT_EQ(Occurrences(*item, "2026-02-01", "2026-02-04").join(", "), "2026-02-03 09:00, 2026-02-04 09:00");
+    EXPECT_EQ(Occurrences(*item, "2026-02-01", "2026-02-04").join(", "),
+              "2026-02-03 09:00, 2026-02-04 09:00");
 }
 
 // ---- whole patterns, as importers put them
@@ -330,7 +365,8 @@ TEST_F(ObjectModel, AWholePatternIsStoredInItsZone)
     EXPECT_EQ(IsoOf(item->get_Start()), "2026-01-12 16:00");
     ASSERT_TRUE(item->Save());
     const CRecurrencePattern read = Read(*item).Pattern();
-    EXPECT_EQ(TextOf(read), "1 every 1 mask 2 day 0 nth 0, 2026-01-12 to 2026-02-02, kind 1 count 4, 600-660");
+    EXPECT_EQ(TextOf(read),
+              "1 every 1 mask 2 day 0 nth 0, 2026-01-12 to 2026-02-02, kind 1 count 4, 600-660");
     EXPECT_EQ(ExceptionsOf(read), "-2026-01-19 2026-01-26>2026-01-27 10:00");
     EXPECT_TRUE(read.Zone() == NewYorkZone());
     EXPECT_EQ(Occurrences(*item, "2026-01-01", "2026-12-31").join(", "),

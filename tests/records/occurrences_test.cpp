@@ -24,14 +24,20 @@ QString SharedData(const QString& name)
     return folder + '/' + name;
 }
 
-std::string Text(const QStringList& days) { return days.join(' ').toStdString(); }
+std::string Text(const QStringList& days)
+{
+    return days.join(' ').toStdString();
+}
 
 CRecurrencePattern PatternOfCase(const QJsonObject& c)
 {
     const QString type = c["type"].toString();
     const bool yearly = type.startsWith("yearly");
-    QString text = type == "monthly_day" || type == "yearly_date" ? "monthly" : type.endsWith("nth") ? "ordinal" : type;
-    text += QString(" every %1 from %2").arg(c["every"].toInt() * (yearly ? 12 : 1)).arg(c["start"].toString());
+    QString text = type == "monthly_day" || type == "yearly_date" ? "monthly"
+                   : type.endsWith("nth")                         ? "ordinal"
+                                                                  : type;
+    text +=
+        QString(" every %1 from %2").arg(c["every"].toInt() * (yearly ? 12 : 1)).arg(c["start"].toString());
     if (c.contains("day"))
         text += QString(" day %1").arg(c["day"].toInt());
     if (c.contains("nth"))
@@ -74,7 +80,8 @@ CRecurrencePattern RandomPattern(std::mt19937& random)
         e.OriginalDay = DayNumber(p.PatternStart) + pick(0, 200);
         p.Exceptions.push_back(e);
     }
-    std::sort(p.Exceptions.begin(), p.Exceptions.end(), [](auto& a, auto& b) { return a.OriginalDay < b.OriginalDay; });
+    std::sort(p.Exceptions.begin(), p.Exceptions.end(),
+              [](auto& a, auto& b) { return a.OriginalDay < b.OriginalDay; });
     return p;
 }
 } // namespace
@@ -94,7 +101,8 @@ TEST(Expand, CasesInText)
         if (!line.startsWith("days"))
             continue;
         ++cases;
-        EXPECT_EQ(Expand(PatternOf(pattern), from, to), words.mid(1)) << Text(Expand(PatternOf(pattern), from, to)) << pattern.toStdString();
+        EXPECT_EQ(Expand(PatternOf(pattern), from, to), words.mid(1))
+            << Text(Expand(PatternOf(pattern), from, to)) << pattern.toStdString();
     }
     EXPECT_GE(cases, 20);
 }
@@ -133,7 +141,8 @@ TEST(Expand, RandomPatternsAgainstDays)
         const int start = DayNumber(p.PatternStart);
         const int from = start - 30 + int(random() % 2000), to = from + int(random() % 60);
         ASSERT_EQ(Expand(p, from, to), ExpandByDays(p, from, to))
-            << kTypes[p.Type].toStdString() << " every " << p.Interval << " mask " << p.DayMask << " round " << round;
+            << kTypes[p.Type].toStdString() << " every " << p.Interval << " mask " << p.DayMask << " round "
+            << round;
         int count = 0, last = 0;
         for (int day = start; day <= from; ++day)
             if (RuleHits(p, day)) {
@@ -150,12 +159,14 @@ TEST(Expand, RandomPatternsAgainstDays)
 
 TEST(Expand, MovedAndChangedOccurrencesShowWhereTheyAreNow)
 {
-    CRecurrencePattern p = PatternOf("weekly every 1 days MO from 2024-01-01 at 10:00 without 2024-01-08,2024-01-15");
+    CRecurrencePattern p =
+        PatternOf("weekly every 1 days MO from 2024-01-01 at 10:00 without 2024-01-08,2024-01-15");
     CRecurrenceException& moved = p.Exceptions[0];
     moved.Deleted = false;
     moved.Start = DayOf("2024-01-30") + 0.5;
     moved.End = moved.Start + 0.25;
-    EXPECT_EQ(Text(Expand(p, DayOf("2024-01-01"), DayOf("2024-01-31"))), "2024-01-01 2024-01-22 2024-01-29 2024-01-30");
+    EXPECT_EQ(Text(Expand(p, DayOf("2024-01-01"), DayOf("2024-01-31"))),
+              "2024-01-01 2024-01-22 2024-01-29 2024-01-30");
     // The range holds the new day and not the original one, and the other way round.
     EXPECT_EQ(Text(Expand(p, DayOf("2024-01-30"), DayOf("2024-01-30"))), "2024-01-30");
     EXPECT_EQ(Text(Expand(p, DayOf("2024-01-08"), DayOf("2024-01-08"))), "");
@@ -222,8 +233,8 @@ TEST(Rule, StepsBetweenWeekdays)
 {
     const struct {
         int day, mask, interval, next, prev;
-    } cases[] = {{0, 0, 1, -1, -1},   {3, 0x08, 1, 7, 7},   {3, 0x08, 3, 21, 21}, {5, 0x02, 2, 10, 4},
-                 {1, 0x41, 2, 5, 1},  {6, 0x41, 2, 8, 6},   {0, 0x41, 2, 6, 8},   {2, 0x7F, 4, 1, 1}};
+    } cases[] = {{0, 0, 1, -1, -1},  {3, 0x08, 1, 7, 7}, {3, 0x08, 3, 21, 21}, {5, 0x02, 2, 10, 4},
+                 {1, 0x41, 2, 5, 1}, {6, 0x41, 2, 8, 6}, {0, 0x41, 2, 6, 8},   {2, 0x7F, 4, 1, 1}};
     for (const auto& c : cases) {
         EXPECT_EQ(NextWeekday(c.day, c.mask, c.interval), c.next) << c.day << ' ' << c.mask;
         EXPECT_EQ(PrevWeekday(c.day, c.mask, c.interval), c.prev) << c.day << ' ' << c.mask;
@@ -234,7 +245,8 @@ TEST(Rule, StepsBetweenWeekdays)
 
 TEST(Zones, ShiftGoesThroughUtc)
 {
-    const auto zone = [](int bias, int daylightMonth, int daylightWeek, int standardMonth, int standardWeek, int hour) {
+    const auto zone = [](int bias, int daylightMonth, int daylightWeek, int standardMonth, int standardWeek,
+                         int hour) {
         TimeZoneInformation z;
         z.Bias = bias;
         if (!daylightMonth)
@@ -244,17 +256,20 @@ TEST(Zones, ShiftGoesThroughUtc)
         z.StandardDate = {0, quint16(standardMonth), 0, quint16(standardWeek), quint16(hour), 0, 0, 0};
         return z;
     };
-    const TimeZoneInformation berlin = zone(-60, 3, 5, 10, 5, 3), newYork = zone(300, 3, 2, 11, 1, 2), tokyo = zone(-540, 0, 0, 0, 0, 0);
+    const TimeZoneInformation berlin = zone(-60, 3, 5, 10, 5, 3), newYork = zone(300, 3, 2, 11, 1, 2),
+                              tokyo = zone(-540, 0, 0, 0, 0, 0);
     const struct {
         TimeZoneInformation pattern, device;
         int month, day, hour, shift;
-    } cases[] = {{newYork, berlin, 1, 10, 10, 360}, {newYork, berlin, 3, 20, 10, 300}, {newYork, berlin, 7, 1, 10, 360},
-                 {newYork, berlin, 10, 28, 10, 300}, {berlin, tokyo, 1, 1, 8, 480},     {berlin, tokyo, 7, 1, 8, 420},
+    } cases[] = {{newYork, berlin, 1, 10, 10, 360},  {newYork, berlin, 3, 20, 10, 300},
+                 {newYork, berlin, 7, 1, 10, 360},   {newYork, berlin, 10, 28, 10, 300},
+                 {berlin, tokyo, 1, 1, 8, 480},      {berlin, tokyo, 7, 1, 8, 420},
                  {newYork, berlin, 10, 24, 22, 300}, // in Berlin the clocks have just gone back
                  {berlin, berlin, 3, 29, 2, 0}};
     for (const auto& c : cases) {
         CRecurrencePattern p;
         p.SetZone(c.pattern);
-        EXPECT_EQ(ZoneShift(p, c.device, DayNumberOf(2026, c.month, c.day) + c.hour / 24.0), c.shift) << c.month << ' ' << c.day;
+        EXPECT_EQ(ZoneShift(p, c.device, DayNumberOf(2026, c.month, c.day) + c.hour / 24.0), c.shift)
+            << c.month << ' ' << c.day;
     }
 }

@@ -21,7 +21,8 @@ bool HitsMonth(const CRecurrencePattern& p, int day, int start)
     if (p.Type == PatternType::Monthly || p.Type == PatternType::Yearly)
         return date.day() == std::min(p.DayOfMonth, date.daysInMonth());
     const auto selected = [&p, &date](int d) {
-        return d >= 1 && d <= date.daysInMonth() && (p.DayMask >> (QDate(date.year(), date.month(), d).dayOfWeek() % 7) & 1);
+        return d >= 1 && d <= date.daysInMonth() &&
+               (p.DayMask >> (QDate(date.year(), date.month(), d).dayOfWeek() % 7) & 1);
     };
     if (!selected(date.day()))
         return false;
@@ -34,14 +35,22 @@ bool HitsMonth(const CRecurrencePattern& p, int day, int start)
 }
 } // namespace
 
-int DayOf(const QString& iso) { return int(QDate(1899, 12, 30).daysTo(QDate::fromString(iso, Qt::ISODate))); }
-QString IsoOf(int day) { return QDate(1899, 12, 30).addDays(day).toString(Qt::ISODate); }
+int DayOf(const QString& iso)
+{
+    return int(QDate(1899, 12, 30).daysTo(QDate::fromString(iso, Qt::ISODate)));
+}
+QString IsoOf(int day)
+{
+    return QDate(1899, 12, 30).addDays(day).toString(Qt::ISODate);
+}
 
 CRecurrencePattern PatternOf(const QString& text)
 {
     CRecurrencePattern p;
     const QStringList words = text.split(' ', Qt::SkipEmptyParts);
-    p.Type = int(QStringList{"daily", "weekly", "monthly", "ordinal", "-", "yearly", "yearly-ordinal"}.indexOf(words[0]));
+    p.Type =
+        int(QStringList{"daily", "weekly", "monthly", "ordinal", "-", "yearly", "yearly-ordinal"}.indexOf(
+            words[0]));
     p.EndKind = PatternEndKind::Never;
     int count = 0, minutes = 60;
     for (int i = 1; i + 1 < words.size(); i += 2) {
@@ -99,8 +108,9 @@ QStringList ExpandByDays(const CRecurrencePattern& p, int firstDay, int lastDay)
     QStringList days;
     const int start = DayNumber(p.PatternStart);
     for (int day = start; day <= lastDay && day <= p.PatternEnd; ++day) {
-        const bool deleted = std::any_of(p.Exceptions.begin(), p.Exceptions.end(),
-                                         [day](const CRecurrenceException& e) { return e.OriginalDay == day; });
+        const bool deleted =
+            std::any_of(p.Exceptions.begin(), p.Exceptions.end(),
+                        [day](const CRecurrenceException& e) { return e.OriginalDay == day; });
         if (day + p.EndMinute / 1440 >= firstDay && !deleted && RuleHits(p, day))
             days += IsoOf(day);
     }

@@ -53,7 +53,9 @@ QByteArray Foreign(uchar version)
     QByteArray b;
     const auto u16 = [&b](int v) { Append16(b, quint16(v)); };
     const auto u32 = [&b](quint32 v) { Append32(b, v); };
-    const auto minutes = [](const char* day, int minute) { return quint32((DayOf(day) + 109205) * 1440 + minute); };
+    const auto minutes = [](const char* day, int minute) {
+        return quint32((DayOf(day) + 109205) * 1440 + minute);
+    };
     b.append(char(version)).append("\x30\x04\x30\x0B\x20", 5); // what is not read is not zero
     u16(1);
     b.append("\xAA\xBB\xCC\xDD\xEE\xFF", 6);
@@ -69,7 +71,8 @@ QByteArray Foreign(uchar version)
     u32(minutes("2024-01-01", 0)), u32(minutes("2024-06-28", 0));
     b.append("\x06\x30\0\0\x09\x30\0\0", 8);
     u32(600), u32(660), u16(1);
-    u32(minutes("2024-01-06", 720)), u32(minutes("2024-01-06", 780)), u32(minutes("2024-01-05", 600)), u16(0x01FF);
+    u32(minutes("2024-01-06", 720)), u32(minutes("2024-01-06", 780)), u32(minutes("2024-01-05", 600)),
+        u16(0x01FF);
     u16(4), u16(3), AppendUtf16(b, "Sub");
     u32(0xA1A1A1A1), u32(0xA2A2A2A2), u32(0xA3A3A3A3);
     u16(4), u16(2), AppendUtf16(b, "Lo");
@@ -114,7 +117,8 @@ TEST(RecurrenceBlob, BothVersionsGiveEqualFields)
     EXPECT_EQ(e.OriginalDay, DayOf("2024-01-05"));
     EXPECT_FALSE(e.Deleted);
     EXPECT_EQ(e.Start, DayOf("2024-01-06") + 0.5);
-    EXPECT_TRUE(e.HasSubject && e.HasLocation && e.HasBusyStatus && e.HasAllDay && e.HasNoteFlag && e.HasNote);
+    EXPECT_TRUE(e.HasSubject && e.HasLocation && e.HasBusyStatus && e.HasAllDay && e.HasNoteFlag &&
+                e.HasNote);
     EXPECT_EQ(e.Subject + e.Location, QString("SubLo"));
     EXPECT_EQ(e.BusyStatus, 0);
     EXPECT_TRUE(e.AllDay);
@@ -131,7 +135,8 @@ TEST(RecurrenceBlob, ForeignBytesSurviveAWrite)
     // But for the list of new days, which is made anew, all of it.
     QByteArray expected = Foreign(5);
     const qsizetype list = 50;
-    std::swap_ranges(expected.begin() + list, expected.begin() + list + 4, expected.begin() + list + 4); // sorted
+    std::swap_ranges(expected.begin() + list, expected.begin() + list + 4,
+                     expected.begin() + list + 4); // sorted
     expected.replace(list + 8, 4, QByteArray("\1\0\0\0", 4));
     qToLittleEndian(quint16(4), expected.data() + expected.indexOf(QByteArray("S\0u\0b\0", 6)) - 4);
     qToLittleEndian(quint16(3), expected.data() + expected.indexOf(QByteArray("L\0o\0", 4)) - 4);
@@ -151,6 +156,21 @@ TEST(RecurrenceBlob, ForeignBytesSurviveAWrite)
     // Another type has no room for the kept header: it is left out, not misplaced.
     p.Type = PatternType::Daily;
     EXPECT_EQ(Read(WriteRecurrence(p)).PatternEnd, p.PatternEnd);
+}
+
+TEST(RecurrenceBlob, TheNewDaysAreSorted)
+{
+    CRecurrencePattern p = Changed();
+    std::swap(p.Exceptions[1].Start, p.Exceptions[3].Start);
+    const QByteArray blob = WriteRecurrence(p);
+    quint32 last = 0;
+    for (size_t at = 50 + 4 * 4 + 4; at < 50 + 4 * 4 + 4 + 3 * 4; at += 4) {
+        quint32 minutes = 0;
+        ASSERT_TRUE(Read32(BytesOf(blob), at, &minutes));
+        EXPECT_GT(minutes, last);
+        EXPECT_EQ(minutes % 1440, 0u); // days
+        last = minutes;
+    }
 }
 
 TEST(RecurrenceBlob, AnEmptyNoteOverridesTheSeries)
@@ -258,7 +278,8 @@ TEST(ZoneBlob, ComesBackAndReadsWhatIsThere)
 
 TEST(AttendeesBlob, ComesBackAndStopsAtTheFirstDamage)
 {
-    const std::vector<CAttendee> list = {{"Ada", "ada@example.org"}, {QString::fromUtf8("Zoë 🎂"), ""}, {"", "x"}};
+    const std::vector<CAttendee> list = {
+        {"Ada", "ada@example.org"}, {QString::fromUtf8("Zoë 🎂"), ""}, {"", "x"}};
     const QByteArray blob = WriteAttendees(list);
     EXPECT_EQ(ParseAttendees(blob), list);
     EXPECT_TRUE(WriteAttendees({}).isEmpty());

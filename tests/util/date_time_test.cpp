@@ -50,9 +50,9 @@ QString Text(DATE date)
 TEST(CDateTime, RefusesWhatTheCalendarHasNot)
 {
     EXPECT_TRUE(CDateTime(2024, 2, 29, 23, 59, 59).IsValid());
-    const int bad[][6] = {{2023, 2, 29, 0, 0, 0}, {2024, 2, 31, 0, 0, 0},  {2024, 13, 1, 0, 0, 0},
-                          {2024, 1, 1, 24, 0, 0}, {2024, 1, 1, 0, 60, 0},  {99, 1, 1, 0, 0, 0},
-                          {2024, 0, 1, 0, 0, 0},  {2024, 1, -1, 0, 0, 0},  {70000, 1, 1, 0, 0, 0},
+    const int bad[][6] = {{2023, 2, 29, 0, 0, 0}, {2024, 2, 31, 0, 0, 0}, {2024, 13, 1, 0, 0, 0},
+                          {2024, 1, 1, 24, 0, 0}, {2024, 1, 1, 0, 60, 0}, {99, 1, 1, 0, 0, 0},
+                          {2024, 0, 1, 0, 0, 0},  {2024, 1, -1, 0, 0, 0}, {70000, 1, 1, 0, 0, 0},
                           {67560, 1, 1, 0, 0, 0}}; // 67560 is 2024 in 16 bits
     for (const auto& b : bad) {
         const CDateTime date(b[0], b[1], b[2], b[3], b[4], b[5]);
@@ -185,11 +185,12 @@ TEST(Zones, AllDayMidnightsMeanOneDay)
         SystemTime utc, local;
         const char* day;
     } cases[] = {
-        {TimeAt(2026, 5, 4, 0), TimeAt(2026, 5, 4, 2), "2026-05-04 00:00"},      // east of UTC
-        {TimeAt(2026, 5, 4, 0), TimeAt(2026, 5, 3, 20), "2026-05-04 00:00"},     // west
-        {TimeAt(2026, 5, 3, 22), TimeAt(2026, 5, 3, 23), "2026-05-04 00:00"},    // stored at the writer's midnight
-        {TimeAt(2026, 5, 4, 12), TimeAt(2026, 5, 4, 13), "2026-05-04 00:00"},    // exactly twelve stays
-        {TimeAt(2026, 5, 3, 22), TimeAt(2026, 5, 4, 0), "2026-05-04 00:00"},     // already local midnight
+        {TimeAt(2026, 5, 4, 0), TimeAt(2026, 5, 4, 2), "2026-05-04 00:00"},  // east of UTC
+        {TimeAt(2026, 5, 4, 0), TimeAt(2026, 5, 3, 20), "2026-05-04 00:00"}, // west
+        {TimeAt(2026, 5, 3, 22), TimeAt(2026, 5, 3, 23),
+         "2026-05-04 00:00"}, // stored at the writer's midnight
+        {TimeAt(2026, 5, 4, 12), TimeAt(2026, 5, 4, 13), "2026-05-04 00:00"}, // exactly twelve stays
+        {TimeAt(2026, 5, 3, 22), TimeAt(2026, 5, 4, 0), "2026-05-04 00:00"},  // already local midnight
     };
     for (const auto& c : cases) {
         SystemTime local = c.local;
@@ -200,7 +201,8 @@ TEST(Zones, AllDayMidnightsMeanOneDay)
 
 TEST(Units, MinutesAndFileTimesGoBothWays)
 {
-    for (DATE date : {At(1601, 1, 1), At(1899, 12, 29, 6), At(1899, 12, 30, 6), At(2026, 11, 22, 23, 59), At(4500, 12, 31)}) {
+    for (DATE date : {At(1601, 1, 1), At(1899, 12, 29, 6), At(1899, 12, 30, 6), At(2026, 11, 22, 23, 59),
+                      At(4500, 12, 31)}) {
         const DATE stored = DateOf(SystemTimeOf(date));
         EXPECT_EQ(MinutesSince1601ToDate(DateToMinutesSince1601(stored)), stored);
         EXPECT_EQ(DateOfFileTime(FileTimeOfDate(stored)), stored);
