@@ -8,12 +8,27 @@
 namespace
 {
 enum Row {
-    kStart, kDuration, kRecurring, kSensitivity, kBusyStatus, kAllDay, kZone, kRecurrence, kRecId, kNote,
-    kNoteDocument, kSubject, kLocation, kReminderSet, kAttendees, kUid, kRowCount
+    kStart,
+    kDuration,
+    kRecurring,
+    kSensitivity,
+    kBusyStatus,
+    kAllDay,
+    kZone,
+    kRecurrence,
+    kRecId,
+    kNote,
+    kNoteDocument,
+    kSubject,
+    kLocation,
+    kReminderSet,
+    kAttendees,
+    kUid,
+    kRowCount
 };
 constexpr CEPROPID kRows[kRowCount] = {
-    Prop::Start,   Prop::Duration, Prop::Recurring,    Prop::Sensitivity, Prop::BusyStatus, Prop::AllDay,
-    Prop::Zone,    Prop::Recurrence, Prop::RecId,      Prop::Note,        Prop::NoteDocument, Prop::Subject,
+    Prop::Start,    Prop::Duration,    Prop::Recurring, Prop::Sensitivity, Prop::BusyStatus,   Prop::AllDay,
+    Prop::Zone,     Prop::Recurrence,  Prop::RecId,     Prop::Note,        Prop::NoteDocument, Prop::Subject,
     Prop::Location, Prop::ReminderSet, Prop::Attendees, Prop::Uid};
 
 constexpr qint64 kTicksPerMinute = 600000000;
@@ -44,7 +59,8 @@ SystemTime ToMinutes(FileTime time)
 
 bool Touches(const CAppointment& item, int firstDay, int lastDay)
 {
-    return std::max(DayNumber(item.End), DayNumber(item.Start)) >= firstDay && DayNumber(item.Start) <= lastDay;
+    return std::max(DayNumber(item.End), DayNumber(item.Start)) >= firstDay &&
+           DayNumber(item.Start) <= lastDay;
 }
 } // namespace
 
@@ -89,8 +105,8 @@ bool CAppointmentReader::Open(const std::shared_ptr<CPropertyVolume>& volume, CE
 
 // ---- one record
 
-bool CAppointmentReader::ReadAppointment(CAppointment& item, CRecurrencePattern& pattern, CEOID& oid, int firstDay,
-                                         int lastDay)
+bool CAppointmentReader::ReadAppointment(CAppointment& item, CRecurrencePattern& pattern, CEOID& oid,
+                                         int firstDay, int lastDay)
 {
     oid = ReadRecordProps(std::span(kRows, m_uidSink ? kRowCount : kUid), m_rows);
     m_storedStart = 0;
@@ -133,7 +149,8 @@ void CAppointmentReader::ReadDates(const std::vector<CEPROPVAL>& rows, CAppointm
         CorrectToDaylightOfDate(m_daylightNow, m_zone, start);
     item.Start = DateOf(start);
     // By the calendar, on local time: a change of the clocks within leaves the wall time alone.
-    const qint64 minutes = rows[kDuration].Found() ? std::clamp<qint64>(rows[kDuration].Number, 0, kMaxDuration) : 0;
+    const qint64 minutes =
+        rows[kDuration].Found() ? std::clamp<qint64>(rows[kDuration].Number, 0, kMaxDuration) : 0;
     item.End = ShiftedByMinutes(item.Start, int(minutes));
 }
 
@@ -173,8 +190,8 @@ int CAppointmentReader::ShiftOf(const CRecurrencePattern& pattern, DATE start) c
     return m_foreignZone ? ZoneShift(pattern, m_zone, start) : 0;
 }
 
-bool CAppointmentReader::NextInstance(CAppointment& item, std::unique_ptr<CAppointment>& override, int firstDay,
-                                      int lastDay, const CRecurrencePattern& pattern)
+bool CAppointmentReader::NextInstance(CAppointment& item, std::unique_ptr<CAppointment>& override,
+                                      int firstDay, int lastDay, const CRecurrencePattern& pattern)
 {
     override.reset();
     const bool first = m_instanceIndex < 0 || item.ItemId != m_lastItemId;
@@ -236,7 +253,8 @@ std::unique_ptr<CAppointment> CAppointmentReader::MakeOverride(const CAppointmen
     if (exception.HasNoteFlag)
         changed->HasNote = exception.HasNote;
     changed->OriginalDay = exception.OriginalDay;
-    changed->OriginalStart = exception.OriginalDay + std::clamp(pattern.StartMinute, 0, 1439) * 60.0 / 86400.0;
+    changed->OriginalStart =
+        exception.OriginalDay + std::clamp(pattern.StartMinute, 0, 1439) * 60.0 / 86400.0;
     const bool foreign = !(pattern.Zone() == m_zone);
     if (foreign && !item.AllDay)
         changed->OriginalStart =

@@ -30,7 +30,8 @@ public:
     // Reads the record at the place into a fresh `item` and `pattern`. `oid` is 0 at the end. False
     // there, and when a plain item lies outside the range; firstDay -1 means no range. Dates of a
     // series are those of its occurrences only.
-    bool ReadAppointment(CAppointment& item, CRecurrencePattern& pattern, CEOID& oid, int firstDay, int lastDay);
+    bool ReadAppointment(CAppointment& item, CRecurrencePattern& pattern, CEOID& oid, int firstDay,
+                         int lastDay);
     FileTime StoredStart() const { return m_storedStart; } // of the record read last
 
     // True while there is another instance of `item` in the range; call in a loop with the same
@@ -48,7 +49,8 @@ public:
 private:
     void ReadDates(const std::vector<CEPROPVAL>& rows, CAppointment& item);
     void ReadTexts(std::vector<CEPROPVAL>& rows, CAppointment& item) const;
-    void ExpandOccurrences(const CAppointment& item, int firstDay, int lastDay, const CRecurrencePattern& pattern);
+    void ExpandOccurrences(const CAppointment& item, int firstDay, int lastDay,
+                           const CRecurrencePattern& pattern);
     int ShiftOf(const CRecurrencePattern& pattern, DATE start) const;
     void EndIteration();
 
@@ -61,8 +63,8 @@ private:
     std::function<void(CEOID, const QString&)> m_uidSink;
 
     quint32 m_lastItemId = 0;
-    int m_instanceIndex = -1; // -1: no iteration
+    int m_instanceIndex = -1;             // -1: no iteration
     std::vector<COccurrence> m_instances; // in the pattern's zone
-    QString m_subject;        // of the series, without an age
+    QString m_subject;                    // of the series, without an age
     bool m_foreignZone = false;
 };

@@ -32,7 +32,8 @@ CPoomSession::~CPoomSession()
         m_app->Logoff();
 }
 
-bool CPimStore::GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note, QString& attendees)
+bool CPimStore::GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note,
+                             QString& attendees)
 {
     Q_UNUSED(date);
     if (kind != kKindAppointment)
@@ -83,23 +84,27 @@ bool CPimStore::ReadOccurrence(quint32 itemId, int day, CAppointment& item)
         read.CopyTo(item);
         return true;
     }
-    bool found = false;
+    // Best is one that was moved to the day, then the one that the pattern puts there, wherever it
+    // shows now, then one that runs on into the day.
+    enum { kNone, kRunsOn, kOriginal, kMovedHere } best = kNone;
+    const auto offer = [&](const CAppointment& instance) {
+        const bool startsHere = DayNumber(instance.Start) == day;
+        const auto rank = instance.Recurrence == 2 && startsHere      ? kMovedHere
+                          : startsHere || instance.OriginalDay == day ? kOriginal
+                                                                      : kRunsOn;
+        if (rank <= best)
+            return;
+        best = rank;
+        instance.CopyTo(item);
+    };
     std::unique_ptr<CAppointment> override;
-    while (reader.NextInstance(read, override, day, day, pattern)) {
-        const bool shown = DayNumber(override ? override->Start : read.Start) == day;
-        if (!found || (override && shown))
-            (override ? *override : read).CopyTo(item);
-        found = true;
-        if (override && shown)
-            return true;
-    }
+    while (reader.NextInstance(read, override, day, day, pattern))
+        offer(override ? *override : read);
     for (const CRecurrenceException& exception : pattern.Exceptions) {
-        if (found || exception.Deleted || exception.OriginalDay != day)
-            continue;
-        reader.MakeOverride(read, pattern, exception)->CopyTo(item);
-        found = true;
+        if (!exception.Deleted && exception.OriginalDay == day)
+            offer(*reader.MakeOverride(read, pattern, exception));
     }
-    return found;
+    return best != kNone;
 }
 
 void CPimStore::ReadAppointmentFromModel(IAppointment& item, CAppointment& appointment)

@@ -39,7 +39,8 @@ std::unique_ptr<IAppointment> FindOccurrence(IAppointment& series, int day)
     return occurrence;
 }
 
-std::unique_ptr<IAppointment> SaveTarget(IPOutlookApp& app, quint32 itemId, bool onlyOccurrence, int occurrenceDay)
+std::unique_ptr<IAppointment> SaveTarget(IPOutlookApp& app, quint32 itemId, bool onlyOccurrence,
+                                         int occurrenceDay)
 {
     if (itemId == 0)
         return app.CreateAppointment();
@@ -117,9 +118,9 @@ std::unique_ptr<IAppointment> CPimStore::GetEditTarget(IPOutlookApp& app, quint3
     return occurrence;
 }
 
-bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note, bool onlyOccurrence,
-                                const std::vector<CAttendee>* attendees, int occurrenceDay,
-                                IWriterQuestions* questions)
+bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note,
+                                bool onlyOccurrence, const std::vector<CAttendee>* attendees,
+                                int occurrenceDay, IWriterQuestions* questions)
 {
     if (!app)
         return false;
@@ -149,7 +150,8 @@ bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, con
     return false;
 }
 
-bool CPimStore::DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions)
+bool CPimStore::DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay,
+                                  IWriterQuestions* questions)
 {
     std::unique_ptr<IAppointment> item;
     if (!app.GetAppointmentFromOid(itemId, item))

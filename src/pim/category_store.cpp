@@ -140,7 +140,10 @@ std::optional<QString> CCategoryStore::NameOf(qint32 number) const
 
 // ---- the categories of an item
 
-void CCategoryStore::BeginPass() { m_walking = false; }
+void CCategoryStore::BeginPass()
+{
+    m_walking = false;
+}
 
 void CCategoryStore::ReadAssociation()
 {

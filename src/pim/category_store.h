@@ -12,7 +12,8 @@
 #include <unordered_set>
 #include <vector>
 
-inline const QString kEmptyCategory = QStringLiteral("_tes_empty_cat"); // no category, where a text must not be empty
+inline const QString kEmptyCategory =
+    QStringLiteral("_tes_empty_cat"); // no category, where a text must not be empty
 
 struct CCategory {
     QString Name;
@@ -30,12 +31,12 @@ public:
     const CCategory* FindById(qint32 id) const;
     const CCategory* FindByName(const QString& name) const; // ignores case
     int GetCount() const { return int(m_categories.size()); }
-    const CCategory* GetAt(int index) const; // in name order; null past the end
+    const CCategory* GetAt(int index) const;        // in name order; null past the end
     const CCategory* AddLocal(const QString& name); // one of that name that is there already wins
     const CCategory* Add(const QString& name, qint32 id);
     void BeginPass(); // what was read ahead may be old: look anew
     void ReadItemCategories(CCategorizedRecord& item);
-    QString GetNamesText(const CCategorySet& set) const; // joined by ", "
+    QString GetNamesText(const CCategorySet& set) const;    // joined by ", "
     CCategorySet GetSetOfNames(const QString& names) const; // of such a text; unknown names are dropped
 
     std::optional<qint32> NumberOf(const QString& name) const override;

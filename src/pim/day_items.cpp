@@ -166,7 +166,9 @@ void CDayItems::MarkConflicts()
         if (!item->AllDay && item->BusyStatus != 0)
             busy.push_back(item.get());
     }
-    const auto startsBefore = [](const CAppointment* a, const CAppointment* b) { return a->Start < b->Start; };
+    const auto startsBefore = [](const CAppointment* a, const CAppointment* b) {
+        return a->Start < b->Start;
+    };
     if (!std::is_sorted(busy.begin(), busy.end(), startsBefore))
         std::sort(busy.begin(), busy.end(), startsBefore);
     // Of the items up to each place, the one that ends last and the next, so that none meets itself.
@@ -217,7 +219,8 @@ void CDayItems::RecountSlots()
 {
     std::fill(std::begin(HourSlots), std::end(HourSlots), CHourSlot());
     AppointmentCount = 0;
-    TaskCount = int(std::count_if(Tasks.begin(), Tasks.end(), [](const auto& task) { return task->Visible; }));
+    TaskCount =
+        int(std::count_if(Tasks.begin(), Tasks.end(), [](const auto& task) { return task->Visible; }));
     for (const auto& item : Appointments) {
         if (!item->Visible)
             continue;

@@ -62,7 +62,9 @@ void CDayOrder::Insert(const CAppointment& item)
 
 void CDayOrder::InsertBehindHead(const CEntry& entry)
 {
-    const auto stops = [&entry](const CEntry& x) { return (entry.AllDay && !x.AllDay) || x.Start >= entry.Start; };
+    const auto stops = [&entry](const CEntry& x) {
+        return (entry.AllDay && !x.AllDay) || x.Start >= entry.Start;
+    };
     for (size_t i = 0; i < m_blocks.size(); ++i) {
         const CBlock& block = m_blocks[i];
         if (block.Latest < entry.Start && !(entry.AllDay && block.HasTimed))

@@ -15,7 +15,7 @@ int CompareInDay(const CAppointment& x, const CAppointment& n);
 class CDayOrder
 {
 public:
-    void Append(const CAppointment& item);  // as it stands in a list already in order
+    void Append(const CAppointment& item); // as it stands in a list already in order
     void Insert(const CAppointment& item);
     std::vector<quint32> Take() const; // numbers of the items, in the sequence they were given
 

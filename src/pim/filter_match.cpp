@@ -5,8 +5,12 @@
 bool MatchesFilter(const CFilter& filter, const CCategorySet& categories)
 {
     const auto has = [&categories](qint32 number) { return categories.Contains(number); };
-    const auto hasAny = [&has](const std::set<qint32>& ids) { return std::any_of(ids.begin(), ids.end(), has); };
-    const auto hasAll = [&has](const std::set<qint32>& ids) { return std::all_of(ids.begin(), ids.end(), has); };
+    const auto hasAny = [&has](const std::set<qint32>& ids) {
+        return std::any_of(ids.begin(), ids.end(), has);
+    };
+    const auto hasAll = [&has](const std::set<qint32>& ids) {
+        return std::all_of(ids.begin(), ids.end(), has);
+    };
     const size_t count = size_t(std::distance(categories.begin(), categories.end()));
 
     switch (filter.IncludeMode) {
@@ -14,7 +18,8 @@ bool MatchesFilter(const CFilter& filter, const CCategorySet& categories)
         return count == 0;
     case CFilter::kAllOf:
     case CFilter::kOnly:
-        if (!hasAll(filter.IncludeIds) || (filter.IncludeMode == CFilter::kOnly && filter.IncludeIds.size() != count))
+        if (!hasAll(filter.IncludeIds) ||
+            (filter.IncludeMode == CFilter::kOnly && filter.IncludeIds.size() != count))
             return false;
         break;
     default:

@@ -15,9 +15,15 @@ constexpr int kMaxDays = 70;
 // day more than the longest of the others: the stored time is UTC.
 constexpr int kLookBackDays = 32;
 
-bool IsMidnight(DATE date) { return date == std::trunc(date); }
+bool IsMidnight(DATE date)
+{
+    return date == std::trunc(date);
+}
 
-bool IsVisible(const CPimItem& item) { return MatchesFilter(g_Settings.GetActiveFilter(), item.Categories); }
+bool IsVisible(const CPimItem& item)
+{
+    return MatchesFilter(g_Settings.GetActiveFilter(), item.Categories);
+}
 } // namespace
 
 CDaySpan SpreadSpan(const CAppointment& item, int humanTime)
@@ -183,8 +189,8 @@ void CItemCache::ReadPass(CAppointmentReader& reader, Pass pass, int first, int 
     }
 }
 
-int CItemCache::SpreadInstances(CAppointmentReader& reader, CAppointment& item, const CRecurrencePattern& pattern,
-                                int first, int last)
+int CItemCache::SpreadInstances(CAppointmentReader& reader, CAppointment& item,
+                                const CRecurrencePattern& pattern, int first, int last)
 {
     item.Visible = IsVisible(item);
     int bits = 0;
@@ -197,7 +203,8 @@ int CItemCache::SpreadInstances(CAppointmentReader& reader, CAppointment& item, 
 int CItemCache::Spread(const CAppointment& item)
 {
     const CDaySpan span = SpreadSpan(item, g_Settings.General.HumanTime);
-    return Spread(item, span.EndsPreviousDay, std::max(span.First, FirstDay()), std::min(span.Last, EndDay() - 1));
+    return Spread(item, span.EndsPreviousDay, std::max(span.First, FirstDay()),
+                  std::min(span.Last, EndDay() - 1));
 }
 
 int CItemCache::Spread(const CAppointment& item, bool endsPreviousDay, int first, int last)
@@ -272,8 +279,8 @@ bool CItemCache::ScanToday(DATE now)
     if (const CDayItems* today = FindDay(DayNumber(now))) {
         for (const auto& item : today->Appointments) {
             const bool over = item->End < now;
-            item->Past = over && g_Settings.DailyView.PastAppointments != 0 && item->Kind == kKindAppointment &&
-                         !item->AllDay;
+            item->Past = over && g_Settings.DailyView.PastAppointments != 0 &&
+                         item->Kind == kKindAppointment && !item->AllDay;
             // What is over and not marked has no moment to come either.
             if (!over)
                 next = std::min(next, item->End);

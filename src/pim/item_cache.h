@@ -53,8 +53,8 @@ private:
     void LoadDays(int first, int last);
     void AddEmptyDays(int first, int last);
     void ReadPass(CAppointmentReader& reader, Pass pass, int first, int last);
-    int SpreadInstances(CAppointmentReader& reader, CAppointment& item, const CRecurrencePattern& pattern, int first,
-                        int last);
+    int SpreadInstances(CAppointmentReader& reader, CAppointment& item, const CRecurrencePattern& pattern,
+                        int first, int last);
     int Spread(const CAppointment& item, bool endsPreviousDay, int first, int last);
     int Spread(const CAppointment& item);
     CAppointmentReader MakeReader();

@@ -7,7 +7,13 @@
 #include <QString>
 #include <vector>
 
-enum ItemKind { kKindAppointment = 2, kKindTask = 3, kKindContact = 4, kKindBirthday = 5, kKindAnniversary = 6 };
+enum ItemKind {
+    kKindAppointment = 2,
+    kKindTask = 3,
+    kKindContact = 4,
+    kKindBirthday = 5,
+    kKindAnniversary = 6
+};
 
 class CDayItems;
 
@@ -61,8 +67,8 @@ public:
     DATE End = NO_DATE;   // a task's due date
     bool HasNote = false;
     bool ReminderSet = false;
-    int Recurrence = 0;   // 0 plain, 1 recurring, 2 an occurrence with overrides
-    int Sensitivity = 0;  // 0 normal, 2 private
+    int Recurrence = 0;  // 0 plain, 1 recurring, 2 an occurrence with overrides
+    int Sensitivity = 0; // 0 normal, 2 private
 
     // Where the view in front painted the item last, in content coordinates; 0 after a rebuild.
     int LayoutTop = 0, LayoutBottom = 0;
@@ -73,7 +79,8 @@ class CAppointment : public CPimItem
 public:
     // Takes reminder, start and duration from the settings' default values.
     explicit CAppointment(int kind = kKindAppointment);
-    struct Blank {};
+    struct Blank {
+    };
     CAppointment(int kind, Blank) : Kind(kind) {} // without the defaults, for readers
     int GetKind() const override { return Kind; }
     void CopyTo(CAppointment& other) const;
@@ -87,7 +94,7 @@ public:
     int BusyStatus = 2;
     int ReminderMinutes = 0;
     QString Location;
-    int OriginalDay = 0; // of an occurrence: the day its pattern puts it on; 0 for a plain item
+    int OriginalDay = 0;          // of an occurrence: the day its pattern puts it on; 0 for a plain item
     DATE OriginalStart = NO_DATE; // that occurrence's original start in local time
 };
 

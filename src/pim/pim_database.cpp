@@ -1,7 +1,7 @@
 #include "pim/pim_database.h"
 
-bool CPimDatabase::Open(const std::shared_ptr<CPropertyVolume>& volume, const QString& name, bool autoIncrement,
-                        const CSortOrder& sortSpec)
+bool CPimDatabase::Open(const std::shared_ptr<CPropertyVolume>& volume, const QString& name,
+                        bool autoIncrement, const CSortOrder& sortSpec)
 {
     Close();
     m_volume = volume;

@@ -7,6 +7,7 @@
 namespace
 {
 constexpr int kMostNotices = 500;
+constexpr int kAllViews = kMaskDaily | kMaskListWeek | kMaskMonth | kMaskTasks | kMaskSearch;
 // The clock counts whole seconds, and a timer must not be asked for twice within one.
 constexpr double kShortestTimer = 1000, kLongestTimer = 24 * 60 * 60000;
 } // namespace
@@ -45,9 +46,18 @@ void CPimStore::Shutdown()
     d->LastChange = 0;
 }
 
-bool CPimStore::IsOpen() const { return d->Volume != nullptr; }
-const std::shared_ptr<CPropertyVolume>& CPimStore::Volume() const { return d->Volume; }
-CCategoryStore& CPimStore::Categories() { return d->Categories; }
+bool CPimStore::IsOpen() const
+{
+    return d->Volume != nullptr;
+}
+const std::shared_ptr<CPropertyVolume>& CPimStore::Volume() const
+{
+    return d->Volume;
+}
+CCategoryStore& CPimStore::Categories()
+{
+    return d->Categories;
+}
 
 // ---- days
 
@@ -59,12 +69,30 @@ bool CPimStore::LoadRange(DATE currentDay, int firstDay, int lastDay)
     return loaded;
 }
 
-DATE CPimStore::CursorDate() const { return d->CursorDate; }
-CDayItems* CPimStore::FindDay(int day) { return d->Cache.FindDay(day); }
-void CPimStore::Clear() { d->Cache.Clear(); }
-COLORREF CPimStore::GetItemColor(const CPimItem& item) const { return d->Cache.GetItemColor(item); }
-void CPimStore::ReapplyFilter() { d->Cache.ReapplyFilter(); }
-void CPimStore::KeepUids(bool keep) { d->Cache.KeepUids(keep); }
+DATE CPimStore::CursorDate() const
+{
+    return d->CursorDate;
+}
+CDayItems* CPimStore::FindDay(int day)
+{
+    return d->Cache.FindDay(day);
+}
+void CPimStore::Clear()
+{
+    d->Cache.Clear();
+}
+COLORREF CPimStore::GetItemColor(const CPimItem& item) const
+{
+    return d->Cache.GetItemColor(item);
+}
+void CPimStore::ReapplyFilter()
+{
+    d->Cache.ReapplyFilter();
+}
+void CPimStore::KeepUids(bool keep)
+{
+    d->Cache.KeepUids(keep);
+}
 
 void CPimStore::Private::RearmTimer()
 {
@@ -104,10 +132,10 @@ QString CPimStore::GetUid(CEOID oid)
 int CPimStore::Private::Digest(const std::vector<CVolumeChange>& changes)
 {
     std::vector<CEOID> touched, read;
+    bool categoriesChanged = false;
     // The last word on a record counts.
     for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
-        if (change->Database == kDbCategories)
-            Categories.Load();
+        categoriesChanged = categoriesChanged || change->Database == kDbCategories;
         const bool known = change->Type == kNoticeCreated || change->Type == kNoticeChanged ||
                            change->Type == kNoticeDeleted;
         if (!known || change->Database != kDbAppointments)
@@ -118,10 +146,16 @@ int CPimStore::Private::Digest(const std::vector<CVolumeChange>& changes)
         if (change->Type != kNoticeDeleted)
             read.push_back(change->Oid);
     }
+    int bits = 0;
+    if (categoriesChanged) { // names, colours and what a filter by name means
+        Categories.Load();
+        Cache.ReapplyFilter();
+        bits = kAllViews;
+    }
     if (touched.empty())
-        return 0;
+        return bits;
     std::reverse(read.begin(), read.end());
-    const int bits = Cache.ReplaceAppointments(touched, read);
+    bits |= Cache.ReplaceAppointments(touched, read);
     RearmTimer();
     return bits;
 }
@@ -146,7 +180,7 @@ CPimStore::CDrain CPimStore::DrainNotices()
     if (drain.Notices > kMostNotices) {
         d->LastChange = d->Volume->LastChange();
         drain.Overflowed = true;
-        drain.Mask = kMaskDaily | kMaskListWeek | kMaskMonth | kMaskTasks | kMaskSearch;
+        drain.Mask = kAllViews;
         d->Categories.Load();
         d->Cache.Reload();
         d->RearmTimer();

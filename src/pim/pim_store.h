@@ -40,9 +40,9 @@ public:
 
     // The main request: remembers the current day, loads what is missing, re-arms the timer.
     bool LoadRange(DATE currentDay, int firstDay, int lastDay);
-    DATE CursorDate() const;        // whole day; NO_DATE before the first LoadRange
+    DATE CursorDate() const; // whole day; NO_DATE before the first LoadRange
     CDayItems* FindDay(int day);
-    void Clear();                   // drops all cached days
+    void Clear(); // drops all cached days
     COLORREF GetItemColor(const CPimItem& item) const;
     bool OnNextEventTimer(DATE now); // true if the moment changed
     void ReapplyFilter();
@@ -51,15 +51,18 @@ public:
     int OnDatabaseNotification(int dwParam, quint32 uType, CEOID oid);
     struct CDrain {
         int Mask = 0;
-        bool Overflowed = false;    // more than 500: the cache was cleared and loaded anew
+        bool Overflowed = false; // more than 500: the cache was cleared and loaded anew
         int Notices = 0;
-        int LastParam = 0; quint32 LastType = 0; CEOID LastOid = 0;
+        int LastParam = 0;
+        quint32 LastType = 0;
+        CEOID LastOid = 0;
     };
     // All notices since the last drain, in one go.
     CDrain DrainNotices();
 
     // Fetched when asked for. `occurrenceDay` is the original day of an occurrence, 0 for the item.
-    bool GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note, QString& attendees);
+    bool GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note,
+                      QString& attendees);
     bool ReadAttendees(quint32 itemId, std::vector<CAttendee>& attendees);
     // The occurrence of an appointment on that day (or the item itself), as the cache would hold
     // it. One that was moved to the day wins over the one that the pattern puts there.
@@ -78,8 +81,9 @@ public:
                                                 IWriterQuestions* questions, bool* onlyOccurrence = nullptr);
     // An item identifier of 0 makes a new one. `attendees` null leaves them alone. False when nothing
     // was saved; the user has then been told.
-    bool SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note, bool onlyOccurrence,
-                         const std::vector<CAttendee>* attendees, int occurrenceDay, IWriterQuestions* questions);
+    bool SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note,
+                         bool onlyOccurrence, const std::vector<CAttendee>* attendees, int occurrenceDay,
+                         IWriterQuestions* questions);
     // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
     bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
     bool DuplicateItem(IPOutlookApp& app, quint32 itemId);

@@ -11,7 +11,7 @@
 namespace
 {
 constexpr int kZoneBlobBytes = 48;
-constexpr qint64 kLongestOrdinary = 31 * 1440; // minutes
+constexpr qint64 kLongestOrdinary = 31 * 1440;                                         // minutes
 const FileTime kEarliest = FileTimeOfDate(-109205), kLatest = FileTimeOfDate(2958465); // 1601 to 9999
 
 class CVolumeChecker
@@ -22,7 +22,8 @@ public:
 
 private:
     using Rows = std::vector<CEPROPVAL>;
-    template <typename Work> void EachRecord(const QString& database, std::span<const CEPROPID> ids, Work work);
+    template <typename Work>
+    void EachRecord(const QString& database, std::span<const CEPROPID> ids, Work work);
     void Tell(const QString& what);
     void CheckItem(const Rows& rows, CEPROPID recId, quint32 tag);
     void CheckAppointment(const Rows& rows);
@@ -73,7 +74,8 @@ void CVolumeChecker::EachRecord(const QString& database, std::span<const CEPROPI
 
 void CVolumeChecker::CheckItem(const Rows& rows, CEPROPID recId, quint32 tag)
 {
-    const auto row = std::find_if(rows.begin(), rows.end(), [recId](const CEPROPVAL& r) { return r.propid == recId; });
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [recId](const CEPROPVAL& r) { return r.propid == recId; });
     if (row == rows.end() || !row->Found() || row->Number <= 0)
         Tell(QStringLiteral("it has no record number"));
     else if (!m_itemIds.insert(quint32(row->Number) + tag).second)
@@ -103,7 +105,8 @@ void CVolumeChecker::CheckSeries(const QByteArray& recurrence, const QByteArray&
         Tell(QStringLiteral("the recurrence is of an unknown type"));
     else if (used == -1)
         Tell(QStringLiteral("the counts of changed occurrences disagree"));
-    else if (pattern.PatternEnd == NO_DATE || WriteRecurrence(pattern).size() > recurrence.size() + (recurrence[0] < 5 ? 8 : 0))
+    else if (pattern.PatternEnd == NO_DATE ||
+             WriteRecurrence(pattern).size() > recurrence.size() + (recurrence[0] < 5 ? 8 : 0))
         Tell(QStringLiteral("the recurrence is cut off"));
     else if (DayNumber(pattern.PatternEnd) < DayNumber(pattern.PatternStart))
         Tell(QStringLiteral("the series ends before it begins"));
@@ -124,7 +127,18 @@ void CVolumeChecker::CheckExceptions(const CRecurrencePattern& pattern)
 
 void CVolumeChecker::CheckAppointment(const Rows& rows)
 {
-    enum { kRecId, kStart, kDuration, kRecurring, kSensitivity, kBusy, kZone, kRecurrence, kAttendees, kLongSpan };
+    enum {
+        kRecId,
+        kStart,
+        kDuration,
+        kRecurring,
+        kSensitivity,
+        kBusy,
+        kZone,
+        kRecurrence,
+        kAttendees,
+        kLongSpan
+    };
     CheckItem(rows, Prop::RecId, kAppointmentTag);
     if (!rows[kStart].Found() || !rows[kDuration].Found())
         Tell(QStringLiteral("it has no start or no duration"));
@@ -147,15 +161,17 @@ void CVolumeChecker::CheckAppointment(const Rows& rows)
 
 void CVolumeChecker::CheckAppointments()
 {
-    static constexpr CEPROPID kIds[] = {Prop::RecId,       Prop::Start, Prop::Duration,   Prop::Recurring, Prop::Sensitivity,
-                                        Prop::BusyStatus,  Prop::Zone,  Prop::Recurrence, Prop::Attendees, Prop::LongSpan};
+    static constexpr CEPROPID kIds[] = {Prop::RecId,       Prop::Start,      Prop::Duration, Prop::Recurring,
+                                        Prop::Sensitivity, Prop::BusyStatus, Prop::Zone,     Prop::Recurrence,
+                                        Prop::Attendees,   Prop::LongSpan};
     EachRecord(kAppointmentsDatabase, kIds, [this](const Rows& rows) { CheckAppointment(rows); });
 }
 
 void CVolumeChecker::CheckTasks()
 {
-    static constexpr CEPROPID kIds[] = {Prop::RecId, Prop::TaskStart, Prop::TaskDue, Prop::TaskPriority,
-                                        Prop::TaskCompletedDate, Prop::TaskRecurrence, Prop::TaskZone};
+    static constexpr CEPROPID kIds[] = {Prop::RecId,        Prop::TaskStart,         Prop::TaskDue,
+                                        Prop::TaskPriority, Prop::TaskCompletedDate, Prop::TaskRecurrence,
+                                        Prop::TaskZone};
     EachRecord(kTasksDatabase, kIds, [this](const Rows& rows) {
         CheckItem(rows, Prop::RecId, kTaskTag);
         CheckDate(rows[1], "start");
@@ -193,8 +209,9 @@ bool CVolumeChecker::HasItem(quint32 itemId)
 {
     if (m_itemIds.contains(itemId))
         return true;
-    static const std::pair<QString, quint32> kTagged[] = {
-        {kAppointmentsDatabase, kAppointmentTag}, {kTasksDatabase, kTaskTag}, {kContactsDatabase, kContactTag}};
+    static const std::pair<QString, quint32> kTagged[] = {{kAppointmentsDatabase, kAppointmentTag},
+                                                          {kTasksDatabase, kTaskTag},
+                                                          {kContactsDatabase, kContactTag}};
     for (const auto& [name, tag] : kTagged) {
         const auto handle = m_volume.OpenDatabase(name, {{Prop::RecId}, true}, false);
         if (handle && handle->Seek(SeekType::ValueFirstEqual, {Prop::RecId, qint64(itemId - tag)}) != 0)

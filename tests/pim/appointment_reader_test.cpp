@@ -54,7 +54,7 @@ TEST(ShiftedByMinutes, KeepsEqualMomentsEqual)
     EXPECT_EQ(ShiftedByMinutes(At("2026-03-01 23:30"), 45), At("2026-03-02 00:15"));
     EXPECT_EQ(ShiftedByMinutes(At("2026-03-02 00:15"), -45), At("2026-03-01 23:30"));
     for (int minute = 0; minute < 1440; ++minute)
-        ASSERT_EQ(ShiftedByMinutes(Day("2026-03-01"), minute) , Day("2026-03-01") + minute * 60 / 86400.0);
+        ASSERT_EQ(ShiftedByMinutes(Day("2026-03-01"), minute), Day("2026-03-01") + minute * 60 / 86400.0);
 }
 
 TEST_F(AppointmentReader, TimesFollowTheZoneOfTheirOwnDate)
@@ -68,20 +68,27 @@ TEST_F(AppointmentReader, TimesFollowTheZoneOfTheirOwnDate)
         const char* End;
     };
     const Case cases[] = {
-        {"America/New_York", "2026-03-01 09:00", "2026-03-02 15:00", 60, "2026-03-02 10:00", "2026-03-02 11:00"},
-        {"America/New_York", "2026-03-01 09:00", "2026-03-20 14:00", 60, "2026-03-20 10:00", "2026-03-20 11:00"},
-        {"America/New_York", "2026-07-01 09:00", "2026-03-02 15:00", 60, "2026-03-02 10:00", "2026-03-02 11:00"},
-        {"America/New_York", "2026-07-01 09:00", "2026-03-20 14:00", 60, "2026-03-20 10:00", "2026-03-20 11:00"},
+        {"America/New_York", "2026-03-01 09:00", "2026-03-02 15:00", 60, "2026-03-02 10:00",
+         "2026-03-02 11:00"},
+        {"America/New_York", "2026-03-01 09:00", "2026-03-20 14:00", 60, "2026-03-20 10:00",
+         "2026-03-20 11:00"},
+        {"America/New_York", "2026-07-01 09:00", "2026-03-02 15:00", 60, "2026-03-02 10:00",
+         "2026-03-02 11:00"},
+        {"America/New_York", "2026-07-01 09:00", "2026-03-20 14:00", 60, "2026-03-20 10:00",
+         "2026-03-20 11:00"},
         // The clocks go forward in between: the wall time keeps its duration.
-        {"America/New_York", "2026-03-01 09:00", "2026-03-08 04:00", 240, "2026-03-07 23:00", "2026-03-08 03:00"},
-        {"Australia/Sydney", "2026-03-01 09:00", "2026-06-30 23:30", 60, "2026-07-01 09:30", "2026-07-01 10:30"},
+        {"America/New_York", "2026-03-01 09:00", "2026-03-08 04:00", 240, "2026-03-07 23:00",
+         "2026-03-08 03:00"},
+        {"Australia/Sydney", "2026-03-01 09:00", "2026-06-30 23:30", 60, "2026-07-01 09:30",
+         "2026-07-01 10:30"},
         {"Asia/Kolkata", "2026-03-01 09:00", "2026-03-02 18:00", 60, "2026-03-02 23:30", "2026-03-03 00:30"},
     };
     for (const Case& c : cases) {
         UseZone(c.Zone);
         SetNow(c.Now);
         OpenStore();
-        const std::vector<CEPROPVAL> rows = {{Prop::Start, FileTimeOfDate(At(c.Utc))}, {Prop::Duration, c.Minutes}};
+        const std::vector<CEPROPVAL> rows = {{Prop::Start, FileTimeOfDate(At(c.Utc))},
+                                             {Prop::Duration, c.Minutes}};
         CEOID oid = 0;
         ASSERT_TRUE(m_volume->WriteRecord(kAppointmentsDatabase, 0, rows, {}, &oid));
         CAppointment item(kKindAppointment, CAppointment::Blank{});
@@ -94,7 +101,8 @@ TEST_F(AppointmentReader, TimesFollowTheZoneOfTheirOwnDate)
 
 TEST_F(AppointmentReader, AllDayStaysOnItsDayInEveryZone)
 {
-    for (const char* zone : {"Pacific/Kiritimati", "Asia/Kolkata", "Europe/Berlin", "UTC", "America/New_York", "Pacific/Pago_Pago"}) {
+    for (const char* zone : {"Pacific/Kiritimati", "Asia/Kolkata", "Europe/Berlin", "UTC", "America/New_York",
+                             "Pacific/Pago_Pago"}) {
         for (const char* now : {"2026-01-15 09:00", "2026-07-15 09:00"}) {
             m_store.Shutdown();
             m_volume.reset();
@@ -162,7 +170,8 @@ TEST_F(AppointmentReader, ChangedOccurrences)
     SetOccurrenceNote(moved, "Its own");
     CRecurrenceException whole = Changed("2026-03-24", "2026-03-24", "2026-03-25");
     whole.HasAllDay = whole.AllDay = true;
-    pattern.Exceptions = {moved, Gone("2026-03-17"), whole, Changed("2026-05-12", "2026-03-04 08:00", "2026-03-04 09:00")};
+    pattern.Exceptions = {moved, Gone("2026-03-17"), whole,
+                          Changed("2026-05-12", "2026-03-04 08:00", "2026-03-04 09:00")};
     const quint32 id = ItemIdOf(WriteSeries("Weekly", pattern));
     LoadDay("2026-03-10");
     EXPECT_EQ(LinesOf("2026-03-03"), QStringList{"10:00-11:00 Weekly"});
@@ -189,6 +198,21 @@ TEST_F(AppointmentReader, ChangedOccurrences)
     EXPECT_EQ(occurrence("2026-03-12"), "2026-03-12 15:00 Moved"); // by the day it shows on
     EXPECT_EQ(occurrence("2026-03-17"), QString());
     EXPECT_EQ(occurrence("2026-03-18"), QString());
+}
+
+TEST_F(AppointmentReader, OneOccurrenceAmongThoseThatRunOn)
+{
+    CRecurrencePattern pattern = Pattern("daily", "2026-03-01", 600, 1500); // each runs into the next
+    pattern.Exceptions = {Changed("2026-03-20", "2026-03-25 08:00", "2026-03-25 09:00")};
+    const quint32 id = ItemIdOf(WriteSeries("Shift", pattern));
+    const auto occurrence = [&](const char* day) {
+        CAppointment one(kKindAppointment, CAppointment::Blank{});
+        return m_store.ReadOccurrence(id, Day(day), one) ? Iso(one.Start) : QString();
+    };
+    EXPECT_EQ(occurrence("2026-03-10"), "2026-03-10 10:00");
+    EXPECT_EQ(occurrence("2026-03-20"), "2026-03-25 08:00"); // not the one that runs on from the 19th
+    EXPECT_EQ(occurrence("2026-03-21"), "2026-03-21 10:00");
+    EXPECT_EQ(occurrence("2026-03-25"), "2026-03-25 08:00");
 }
 
 TEST_F(AppointmentReader, AYearlySeriesTellsItsAge)
@@ -224,9 +248,11 @@ TEST_F(AppointmentReader, FlagsAndDefaults)
     const CEOID full = WritePlain("", "2026-03-10 11:00", 60, false, rows);
     CAppointment item(kKindAppointment, CAppointment::Blank{});
     ASSERT_TRUE(m_store.ReadOccurrence(ItemIdOf(bare), 0, item));
-    EXPECT_TRUE(item.BusyStatus == 2 && item.Sensitivity == 0 && !item.HasNote && !item.ReminderSet && !item.HasAttendees);
+    EXPECT_TRUE(item.BusyStatus == 2 && item.Sensitivity == 0 && !item.HasNote && !item.ReminderSet &&
+                !item.HasAttendees);
     ASSERT_TRUE(m_store.ReadOccurrence(ItemIdOf(full), 0, item));
-    EXPECT_TRUE(item.BusyStatus == 0 && item.IsPrivate() && item.HasNote && item.ReminderSet && item.HasAttendees);
+    EXPECT_TRUE(item.BusyStatus == 0 && item.IsPrivate() && item.HasNote && item.ReminderSet &&
+                item.HasAttendees);
     EXPECT_EQ(item.Location, "Here");
     EXPECT_TRUE(item.Subject.isEmpty());
     EXPECT_FALSE(m_store.ReadOccurrence(12345, 0, item));

@@ -8,13 +8,16 @@ using Choice = IWriterQuestions::Choice;
 class FakeUser : public IWriterQuestions
 {
 public:
-    Choice AskTwoWays(const QString& question, const QString& first, const QString& firstText, const QString& second,
-                      const QString& secondText) override
+    Choice AskTwoWays(const QString& question, const QString& first, const QString& firstText,
+                      const QString& second, const QString& secondText) override
     {
         Asked += QStringList{question, first, firstText, second, secondText}.join('|');
         return Answer;
     }
-    void ShowMessage(const QString& text, const QString& title) override { Told += QStringLiteral("%1: %2").arg(title, text); }
+    void ShowMessage(const QString& text, const QString& title) override
+    {
+        Told += QStringLiteral("%1: %2").arg(title, text);
+    }
 
     Choice Answer = Choice::None;
     QStringList Asked, Told;
@@ -121,8 +124,10 @@ TEST_F(AppointmentWriter, OneOccurrenceLeavesTheSeriesAlone)
     const auto target = m_store.GetEditTarget(*m_app, before.ItemId, before.OriginalDay, &m_user, &only);
     ASSERT_TRUE(target);
     EXPECT_TRUE(only);
-    EXPECT_EQ(m_user.Asked, QStringList{"Do you want to edit this occurrence only or the entire recurring series?|Occurrence|"
-                                        "Edit this single occurrence|Series|Edit series"});
+    EXPECT_EQ(
+        m_user.Asked,
+        QStringList{"Do you want to edit this occurrence only or the entire recurring series?|Occurrence|"
+                    "Edit this single occurrence|Series|Edit series"});
     CAppointment item(kKindAppointment, CAppointment::Blank{});
     m_store.ReadAppointmentFromModel(*target, item);
     EXPECT_EQ(Iso(item.Start), "2026-03-10 10:00");
@@ -148,7 +153,8 @@ TEST_F(AppointmentWriter, TheSeriesWithNewTimesOrWithoutItsRecurrence)
 {
     WriteSeries("Weekly", Pattern("weekly", "2026-03-03", 600, 60));
     m_user.Answer = Choice::Second;
-    const auto target = m_store.GetEditTarget(*m_app, OnDay("2026-03-10")->ItemId, Day("2026-03-10"), &m_user);
+    const auto target =
+        m_store.GetEditTarget(*m_app, OnDay("2026-03-10")->ItemId, Day("2026-03-10"), &m_user);
     CAppointment item(kKindAppointment, CAppointment::Blank{});
     m_store.ReadAppointmentFromModel(*target, item);
     EXPECT_EQ(item.Recurrence, 1);
@@ -168,8 +174,9 @@ TEST_F(AppointmentWriter, WhatIsNotThereIsTold)
     CAppointment item = New("Ghost", "2026-03-10 10:00", "2026-03-10 11:00");
     item.ItemId = kAppointmentTag + 4711;
     EXPECT_FALSE(Save(item));
-    EXPECT_EQ(m_user.Told, QStringList{"Saving problem: Problem saving appointment information to databases; Please "
-                                       "contact ZELV support to report this problem."});
+    EXPECT_EQ(m_user.Told,
+              QStringList{"Saving problem: Problem saving appointment information to databases; Please "
+                          "contact ZELV support to report this problem."});
     EXPECT_FALSE(m_store.SaveAppointment(nullptr, item, {}, false, nullptr, 0, &m_user));
     EXPECT_FALSE(m_store.DeleteAppointment(*m_app, item.ItemId, 0, &m_user));
     EXPECT_FALSE(m_store.DuplicateItem(*m_app, item.ItemId));
@@ -201,8 +208,9 @@ TEST_F(AppointmentWriter, DeletingAsks)
     WriteSeries("Weekly", Pattern("weekly", "2026-03-03", 600, 60));
     const quint32 id = OnDay("2026-03-10")->ItemId;
     EXPECT_FALSE(m_store.DeleteAppointment(*m_app, id, Day("2026-03-10"), &m_user));
-    EXPECT_EQ(m_user.Asked, QStringList{"Do you want to delete this occurrence only, or the entire series?|Occurrence|"
-                                        "Delete this single occurrence|Series|Delete series"});
+    EXPECT_EQ(m_user.Asked,
+              QStringList{"Do you want to delete this occurrence only, or the entire series?|Occurrence|"
+                          "Delete this single occurrence|Series|Delete series"});
     EXPECT_EQ(Shown("2026-03-10").size(), 1);
     m_user.Answer = Choice::First;
     EXPECT_TRUE(m_store.DeleteAppointment(*m_app, id, Day("2026-03-10"), &m_user));

@@ -12,7 +12,8 @@ protected:
     {
         if (!m_volume)
             OpenStore();
-        const std::vector<CEPROPVAL> rows = {{Prop::CategoryNumber, number}, {Prop::CategoryName, QString(name)}};
+        const std::vector<CEPROPVAL> rows = {{Prop::CategoryNumber, number},
+                                             {Prop::CategoryName, QString(name)}};
         ASSERT_TRUE(m_volume->WriteRecord(kCategoryDatabase, 0, rows, {}, nullptr));
     }
     void Assign(quint32 item, int number)
@@ -75,7 +76,9 @@ TEST_F(Categories, OfItemsInAnyOrderOfReading)
             Assign(0x40000000u + item * 3, number);
     }
     Assign(0xC0000003u, 4); // above 2^31
-    const auto expected = [](quint32 item) { return QStringLiteral("A, B, C").left(item % 4 ? int(item % 4) * 3 - 2 : 0); };
+    const auto expected = [](quint32 item) {
+        return QStringLiteral("A, B, C").left(item % 4 ? int(item % 4) * 3 - 2 : 0);
+    };
     m_store.Categories().BeginPass();
     for (quint32 item = 1; item <= 200; ++item)
         ASSERT_EQ(Read(0x40000000u + item * 3), expected(item)) << item;
@@ -132,7 +135,8 @@ TEST(Filter, Matching)
                 set.Insert(number);
             matches += MatchesFilter(filter, set) ? '1' : '0';
         }
-        EXPECT_EQ(matches, c.Matches) << "include mode " << c.IncludeMode << ", exclude mode " << c.ExcludeMode;
+        EXPECT_EQ(matches, c.Matches)
+            << "include mode " << c.IncludeMode << ", exclude mode " << c.ExcludeMode;
     }
 }
 

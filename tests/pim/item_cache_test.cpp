@@ -48,7 +48,8 @@ TEST_F(ItemCache, GrowsByMonthGridsAndLosesTheFarSide)
     };
     OpenStore();
     for (const Step& step : steps) {
-        EXPECT_EQ(m_store.LoadRange(Day(step.First), Day(step.First), Day(step.Last)), step.Loaded) << step.First;
+        EXPECT_EQ(m_store.LoadRange(Day(step.First), Day(step.First), Day(step.Last)), step.Loaded)
+            << step.First;
         EXPECT_EQ(Cached(), step.Cached) << step.First;
         EXPECT_EQ(m_store.CursorDate(), Day(step.First));
     }
@@ -69,7 +70,8 @@ TEST_F(ItemCache, MonthAfterMonthInEitherDirectionHoldsEachItemOnce)
     };
     WriteSeries("Daily", Pattern("daily", "2020-01-01", 600, 30));
     WritePlain("Over the month", "2026-03-25 20:00", 20 * 1440);
-    for (const char* day : {"2026-03-30", "2026-04-10", "2026-05-12", "2026-06-01", "2026-05-03", "2026-04-01", "2026-03-28"})
+    for (const char* day :
+         {"2026-03-30", "2026-04-10", "2026-05-12", "2026-06-01", "2026-05-03", "2026-04-01", "2026-03-28"})
         EXPECT_EQ(all(day).filter("Daily").size(), 1) << day;
     EXPECT_EQ(all("2026-04-04").size(), 2);
     EXPECT_EQ(all("2026-04-14").size(), 2); // its last day
@@ -85,7 +87,8 @@ TEST_F(ItemCache, FindsWhatBeganLongBefore)
     WritePlain("Years", "2001-01-01 12:00", 30 * 366 * 1440);
     WritePlain("Long, within", "2026-03-02 12:00", 40 * 1440);
     LoadDay("2026-03-10");
-    EXPECT_EQ(LinesOf("2026-03-01"), (QStringList{"12:00-12:00 Years", "12:00-12:00 50 days", "12:00-12:00 31 days"}));
+    EXPECT_EQ(LinesOf("2026-03-01"),
+              (QStringList{"12:00-12:00 Years", "12:00-12:00 50 days", "12:00-12:00 31 days"}));
     EXPECT_EQ(LinesOf("2026-03-05").filter("Long, within").size(), 1);
 }
 
@@ -103,7 +106,9 @@ TEST_F(ItemCache, EdgesOfTheRangeInFarZones)
         WritePlain("First day", "2026-03-01", 1440, true);
         WritePlain("Last day", "2026-04-04", 1440, true);
         LoadDay("2026-03-10");
-        EXPECT_EQ(LinesOf("2026-03-01"), (QStringList{"all day First day", "00:30-00:30 Month", "00:00-00:30 First"})) << zone;
+        EXPECT_EQ(LinesOf("2026-03-01"),
+                  (QStringList{"all day First day", "00:30-00:30 Month", "00:00-00:30 First"}))
+            << zone;
         EXPECT_EQ(LinesOf("2026-04-04"), (QStringList{"all day Last day", "23:30-00:00 Last"})) << zone;
         m_store.Shutdown();
     }
@@ -134,7 +139,8 @@ TEST_F(ItemCache, ColourOfTheFirstCategoryThatHasOne)
     g_Settings.m_categories["Family"].Color = 0x123456;
     OpenStore();
     const auto category = [this](int number, const char* name) {
-        const std::vector<CEPROPVAL> rows = {{Prop::CategoryNumber, number}, {Prop::CategoryName, QString(name)}};
+        const std::vector<CEPROPVAL> rows = {{Prop::CategoryNumber, number},
+                                             {Prop::CategoryName, QString(name)}};
         EXPECT_TRUE(m_volume->WriteRecord(kCategoryDatabase, 0, rows, {}, nullptr));
     };
     category(1, "Work");

@@ -35,14 +35,17 @@ protected:
         fresh.Initialize(m_volume);
         fresh.LoadRange(Day("2026-03-10"), Day("2026-03-10"), Day("2026-03-10"));
         for (int day = Day("2026-03-01"); day <= Day("2026-04-04"); ++day)
-            ASSERT_EQ(Content(m_store, day), Content(fresh, day)) << what << " " << step << " " << qPrintable(Iso(day));
+            ASSERT_EQ(Content(m_store, day), Content(fresh, day))
+                << what << " " << step << " " << qPrintable(Iso(day));
     }
 };
 
 std::unique_ptr<IAppointment> RandomEdit(IPOutlookApp& app, std::mt19937& random, std::vector<quint32>& ids)
 {
     std::unique_ptr<IAppointment> item;
-    const auto start = [&random] { return Day("2026-02-20") + int(random() % 50) + double(random() % 48) / 48; };
+    const auto start = [&random] {
+        return Day("2026-02-20") + int(random() % 50) + double(random() % 48) / 48;
+    };
     if (ids.empty() || random() % 3 == 0) {
         item = app.CreateAppointment();
         item->put_Start(start());
@@ -97,7 +100,8 @@ TEST_F(Notices, AfterAnyEditsTheDaysAreThoseOfAFreshLoad)
                 ASSERT_TRUE(item->Delete());
                 std::erase(ids, item->get_Oid());
             } else if (item->get_IsRecurring() && item->get_Oid() != 0 && random() % 2 == 0 &&
-                       item->GetRecurrencePattern()->GetOccurrence(Day("2026-03-01") + int(random() % 30), occurrence)) {
+                       item->GetRecurrencePattern()->GetOccurrence(Day("2026-03-01") + int(random() % 30),
+                                                                   occurrence)) {
                 occurrence->put_Start(occurrence->get_Start() + double(random() % 5) - 2);
                 ASSERT_TRUE(random() % 2 ? occurrence->Save() : occurrence->Delete());
             } else {
@@ -186,7 +190,8 @@ TEST_F(Notices, OfAnotherProcessAndANewCategory)
     m_store.DrainNotices();
     LoadDay("2026-03-10");
     std::shared_ptr<CPropertyVolume> other;
-    ASSERT_TRUE(CPropertyVolume::Open(m_volume->Path(), PimSchema(), CPropertyVolume::Mode::MustExist, other));
+    ASSERT_TRUE(
+        CPropertyVolume::Open(m_volume->Path(), PimSchema(), CPropertyVolume::Mode::MustExist, other));
     const auto app = MakePOutlookApp(other);
     ASSERT_TRUE(app->Logon());
     std::unique_ptr<IAppointment> item;

@@ -2,7 +2,10 @@
 
 #include "records/recurrence_blob.h"
 
-int Day(const char* iso) { return DayNumber(At(iso)); }
+int Day(const char* iso)
+{
+    return DayNumber(At(iso));
+}
 
 DATE At(const char* iso)
 {
@@ -74,8 +77,8 @@ void PimTest::SetNow(const char* localIso)
 void PimTest::OpenStore()
 {
     if (!m_volume) {
-        const CStatus status = CPropertyVolume::Open(m_folder.filePath(QStringLiteral("pim.vol")), PimSchema(),
-                                                     CPropertyVolume::Mode::Create, m_volume);
+        const CStatus status = CPropertyVolume::Open(m_folder.filePath(QStringLiteral("pim.vol")),
+                                                     PimSchema(), CPropertyVolume::Mode::Create, m_volume);
         ASSERT_TRUE(status) << qPrintable(status.Text());
     }
     m_store.Initialize(m_volume, [this](qint64 milliseconds) { m_timers.push_back(milliseconds); });
@@ -123,7 +126,10 @@ CEOID PimTest::WriteSeries(const QString& subject, CRecurrencePattern pattern, b
     return oid;
 }
 
-void PimTest::Delete(CEOID oid) { EXPECT_TRUE(m_volume->DeleteRecord(kAppointmentsDatabase, oid)); }
+void PimTest::Delete(CEOID oid)
+{
+    EXPECT_TRUE(m_volume->DeleteRecord(kAppointmentsDatabase, oid));
+}
 
 quint32 PimTest::ItemIdOf(CEOID oid)
 {

@@ -13,12 +13,18 @@
 #include <gtest/gtest.h>
 
 // How the test's messages show texts.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
-inline void PrintTo(const QStringList& texts, std::ostream* out) { *out << '[' << texts.join(" | ").toStdString() << ']'; }
+inline void PrintTo(const QString& text, std::ostream* out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& texts, std::ostream* out)
+{
+    *out << '[' << texts.join(" | ").toStdString() << ']';
+}
 
-int Day(const char* iso);        // "2026-03-01"
-DATE At(const char* iso);        // "2026-03-01 10:30", or a day alone
-QString Iso(DATE date);          // back; "none" for NO_DATE
+int Day(const char* iso); // "2026-03-01"
+DATE At(const char* iso); // "2026-03-01 10:30", or a day alone
+QString Iso(DATE date);   // back; "none" for NO_DATE
 TimeZoneInformation ZoneOf(const char* name);
 // "10:00-11:00 Subject" and the like, one per item, of one day; all-day items read "all day".
 QStringList Lines(const CDayItems* day);
@@ -28,9 +34,9 @@ class PimTest : public testing::Test
 protected:
     PimTest();
     ~PimTest() override;
-    void UseZone(const char* name);      // "UTC" at first
-    void SetNow(const char* localIso);   // 2026-03-15 09:00 at first, in the zone then in force
-    void OpenStore();                    // makes m_volume and opens m_store on it
+    void UseZone(const char* name);    // "UTC" at first
+    void SetNow(const char* localIso); // 2026-03-15 09:00 at first, in the zone then in force
+    void OpenStore();                  // makes m_volume and opens m_store on it
 
     // A plain appointment as the records hold it. `minutes` of an all-day one counts whole days.
     CEOID WritePlain(const QString& subject, const char* start, int minutes, bool allDay = false,

@@ -59,7 +59,8 @@ TEST_F(VolumeChecker, EachFaultIsTold)
     QByteArray unknown = blob;
     unknown[6] = 9;
     const auto series = [&zone](const QByteArray& bytes, const QByteArray& zoneBytes) {
-        return std::vector<CEPROPVAL>{{Prop::Recurring, 1}, {Prop::Recurrence, bytes}, {Prop::Zone, zoneBytes}};
+        return std::vector<CEPROPVAL>{
+            {Prop::Recurring, 1}, {Prop::Recurrence, bytes}, {Prop::Zone, zoneBytes}};
     };
     struct Case {
         std::vector<CEPROPVAL> Rows;

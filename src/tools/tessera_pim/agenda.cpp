@@ -59,7 +59,8 @@ bool PrintDay(const CDayItems& day)
     std::printf("%04d-%02d-%02d %s\n", date.wYear, date.wMonth, date.wDay,
                 Locale().DayName(date.wDayOfWeek, false).toLocal8Bit().constData());
     for (const auto& item : day.Appointments) {
-        std::printf("  %-11s  %s", TimesOnDay(*item, day.Day).constData(), OneLine(item->Subject).constData());
+        std::printf("  %-11s  %s", TimesOnDay(*item, day.Day).constData(),
+                    OneLine(item->Subject).constData());
         if (!item->Location.isEmpty())
             std::printf(" (%s)", OneLine(item->Location).constData());
         std::printf("\n");
@@ -70,7 +71,8 @@ bool PrintDay(const CDayItems& day)
 class CAgenda
 {
 public:
-    CAgenda(const std::shared_ptr<CPropertyVolume>& volume, bool asJson) : m_asJson(asJson), m_json(m_store.Categories())
+    CAgenda(const std::shared_ptr<CPropertyVolume>& volume, bool asJson)
+        : m_asJson(asJson), m_json(m_store.Categories())
     {
         m_store.Initialize(volume);
         m_store.KeepUids(asJson);

@@ -7,7 +7,8 @@
 int RunBackup(const CBackupOptions& options)
 {
     std::shared_ptr<CPropertyVolume> volume;
-    CStatus status = CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
+    CStatus status =
+        CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
     if (status)
         status = volume->Backup(options.File);
     if (!status)

@@ -9,7 +9,8 @@
 int RunCheck(const CCheckOptions& options)
 {
     std::shared_ptr<CPropertyVolume> volume;
-    CStatus status = CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
+    CStatus status =
+        CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
     QStringList faults;
     if (status)
         status = CheckVolume(*volume, faults);
@@ -19,8 +20,10 @@ int RunCheck(const CCheckOptions& options)
         PrintError(status.Text());
         return faults.isEmpty() ? kExitNothing : kExitLeftOut;
     }
-    std::printf("%lld appointments, %lld tasks, %lld contacts: %s\n", (long long)volume->RecordCount(kAppointmentsDatabase),
-                (long long)volume->RecordCount(kTasksDatabase), (long long)volume->RecordCount(kContactsDatabase),
+    std::printf("%lld appointments, %lld tasks, %lld contacts: %s\n",
+                (long long)volume->RecordCount(kAppointmentsDatabase),
+                (long long)volume->RecordCount(kTasksDatabase),
+                (long long)volume->RecordCount(kContactsDatabase),
                 faults.isEmpty() ? "sound" : qPrintable(QStringLiteral("%1 faults").arg(faults.size())));
     return faults.isEmpty() ? kExitDone : kExitLeftOut;
 }
