@@ -61,36 +61,59 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
 {
     *status = CStatus();
     int day = 0;
-    if (m_open.ItemId == 0 || m_open.Foreign.Uid != event.Uid || event.ThisAndFuture || !Holds(event, &day)) {
+    const bool isOpen = m_open.ItemId != 0 && m_open.Foreign.Uid == event.Uid && !m_standAlone && !event.ThisAndFuture;
+    if (!isOpen || !Holds(event, &day)) {
         if (*status = Flush(); !*status)
             return Result::Failed;
         const std::vector<CForeignKey> keys = m_app.FindByUid(event.Uid);
-        bool found = false;
-        m_leadZone.reset();
-        const QString followingId = QLatin1Char('T') + NameOf(event);
-        for (const CForeignKey& key : keys)
-            if (event.ThisAndFuture && key.OccurrenceId == followingId)
-                return PutFollowingAgain(event, key, status);
-        for (const CForeignKey& key : keys) {
-            if (key.OccurrenceId.startsWith(QLatin1Char('R')) || !Open(key))
-                continue;
-            // By its kept name too: its series may have new times since.
-            if (Result known{}; IsKnown(event, NameOf(event), &known))
-                return Result::Unchanged;
-            found = Holds(event, &day);
-            if (found)
-                break;
-        }
-        if (found && event.ThisAndFuture)
-            return PutFollowing(event, component, day, status);
-        if (!found)
+        Result result = Result::Created;
+        if (Seek(event, keys, &day, &result, status))
+            return result;
+        if (m_open.ItemId == 0)
             return PutAlone(event, keys, status);
+        if (event.ThisAndFuture)
+            return PutFollowing(event, component, day, status);
     }
     Result known = Result::Created;
     if (IsKnown(event, NameOf(event), &known))
         return Result::Unchanged;
     const Result put = m_open.IsSeries ? PutInSeries(event, component, day) : PutInSingle(event, component, status);
     return put == Result::Created ? known : put;
+}
+
+// Opens the item that holds the occurrence, if there is one. True when the result is known already.
+bool COccurrenceWriter::Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day, Result* result,
+                             CStatus* status)
+{
+    const QString name = NameOf(event);
+    m_leadZone.reset();
+    m_standAlone = false;
+    for (const CForeignKey& key : keys) {
+        m_standAlone = m_standAlone || key.OccurrenceId.startsWith(QLatin1Char('R'));
+        const QStringView named = QStringView(key.OccurrenceId).mid(1);
+        if (named == name && key.OccurrenceId.startsWith(QLatin1Char('R'))) {
+            *result = PutAlone(event, keys, status); // it has its item already
+            return true;
+        }
+        if (named == name && key.OccurrenceId.startsWith(QLatin1Char('T')) && event.ThisAndFuture) {
+            *result = PutFollowingAgain(event, key, status);
+            return true;
+        }
+    }
+    for (const CForeignKey& key : keys) {
+        if (key.OccurrenceId.startsWith(QLatin1Char('R')) || !Open(key))
+            continue;
+        // By its kept name too: its series may have new times since.
+        Result known = Result::Created;
+        if (IsKnown(event, name, &known)) {
+            *result = Result::Unchanged;
+            return true;
+        }
+        if (Holds(event, day))
+            return false;
+    }
+    m_open = COpenItem();
+    return false;
 }
 
 CStatus COccurrenceWriter::Flush()

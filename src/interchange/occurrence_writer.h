@@ -7,7 +7,6 @@
 #include "interchange/item_writer.h"
 
 #include <QHash>
-#include <QSet>
 
 class COccurrenceWriter
 {
@@ -40,6 +39,7 @@ private:
         qint64 Shift = 0; // from the moments by which a file names its occurrences to their own
     };
 
+    bool Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day, Result* result, CStatus* status);
     CStatus Open(const CForeignKey& key);
     bool Holds(const CImportedEvent& event, int* day) const;
     bool HoldsAt(qint64 wall, bool isDate, int* day) const;
@@ -61,4 +61,5 @@ private:
     TimeZoneInformation m_device;
     COpenItem m_open;
     std::shared_ptr<const CFileZone> m_leadZone;
+    bool m_standAlone = false; // some occurrences of this UID are items of their own
 };

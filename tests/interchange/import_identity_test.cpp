@@ -121,6 +121,15 @@ TEST_F(ImportTest, ChangedOccurrenceFindsItsSeriesWhereverItStands)
     EXPECT_EQ(Items("late"), kSeries + "; 2026-03-12 gone\nR20260312T070000Z|y|2026-03-12 10:00..2026-03-12 12:00\n");
 }
 
+TEST_F(ImportTest, OccurrenceThatStandsAloneStaysSo)
+{
+    Import(Event("a", kMove, "y"));
+    Import(Event("a", kDaily));
+    EXPECT_EQ(Import(Event("a", kMove, "y")).Counts(), "0 created 0 updated 1 unchanged 0 left out");
+    Import(Event("a", kDaily) + Event("a", kMove, "z"));
+    EXPECT_EQ(Items("a"), kSeries + "; 2026-03-12 gone\nR20260312T070000Z|z|2026-03-12 10:00..2026-03-12 12:00\n");
+}
+
 TEST_F(ImportTest, ChangedSeriesKeepsTheChangesOfItsFile)
 {
     Import(Event("a", kMove, "y") + Event("a", kDaily));
