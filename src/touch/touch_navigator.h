@@ -35,6 +35,7 @@ public:
     // The finger was taken away from the navigator (a sideways stroke, a lost window): no tap, no
     // fling; content beyond an end goes back.
     void CancelTouch();
+    void StopMotion(); // fling and rebound end where they are
 
     void Redraw(bool invalidate);
     bool SetScroll(int x, int offset);          // x is ignored
@@ -64,7 +65,6 @@ private:
     void Render();
     void BackWithinEnds();
     int ClampScroll(int offset) const;
-    void StopMotion();
     void StartDrag();
     void PressDelayOver();
     void FlingStep();

@@ -103,6 +103,7 @@ void CDailyView::OnDataChanged(int, quint32, quint32)
 void CDailyView::Refresh()
 {
     m_tapPoint = {-1, -1};
+    m_hidden = false;
     const DATE cursor = PimStore().CursorDate();
     // Another view may have let this day go from the cache.
     if (cursor != NO_DATE && !PimStore().FindDay(DayNumber(cursor)))
@@ -153,6 +154,8 @@ void CDailyView::PrepareLook()
 
 void CDailyView::OnResize()
 {
+    if (m_hidden)
+        BuildRows();
     PrepareLook();
     if (!m_touch.SetArea(ListArea()))
         m_touch.Redraw(true);
@@ -161,6 +164,8 @@ void CDailyView::OnResize()
 
 void CDailyView::OnDeactivate()
 {
+    m_hidden = true;
+    m_touch.StopMotion();
     m_rowCache.Clear();
 }
 

@@ -78,7 +78,8 @@ private:
     CPaintingOrderList m_rows;
     std::unique_ptr<CTimelineBar> m_timeline;
     CTimelineDay m_timelineDay;
-    bool m_dirty = true; // rows have no places yet
+    bool m_dirty = true;   // rows have no places yet
+    bool m_hidden = false; // another view is in front and may let our items go from the cache
     CTouchNavigator m_touch;
     CRowBitmapCache m_rowCache;
     QPoint m_tapPoint{-1, -1}; // last press, for the sideways stroke

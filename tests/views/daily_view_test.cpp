@@ -141,6 +141,22 @@ TEST_F(Daily, TasksFollowWhenWanted)
     EXPECT_EQ(View->Rows().GetCount(), 1);
 }
 
+TEST_F(Daily, AHiddenViewDoesNotGoOnFlying)
+{
+    Fill(40);
+    Open();
+    Press({100, 150});
+    for (const int y : {130, 110, 90, 70}) {
+        Time.Advance(10);
+        MoveTo({100, y});
+    }
+    Release({100, 70});
+    CNumberedTimers& timers = View->Scroller().Timers();
+    ASSERT_TRUE(timers.IsRunning(kTimerFling));
+    View->OnDeactivate();
+    EXPECT_FALSE(timers.IsRunning(kTimerFling));
+}
+
 TEST_F(Daily, EveryPointOfARowHitsIt)
 {
     Fill(4);

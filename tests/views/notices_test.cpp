@@ -96,8 +96,10 @@ TEST_F(Notices, ADeletedItemGoesAndTheFirstRowIsSelected)
 TEST_F(Notices, ADateMoveInAHiddenViewAndBackFindsTheItemsAgain)
 {
     // Another view moves far away, and the cache lets this day go while our rows still stand.
+    View->OnDeactivate();
     PimStore().LoadRange(kToday + 4000, kToday + 4000, kToday + 4000);
-    View->OnDataChanged(0, 0, 0);
+    View->resize(300, 240);
+    View->OnResize();
     EXPECT_EQ(View->Rows().GetCount(), 0);
     PimStore().LoadRange(kToday, kToday, kToday);
     View->Refresh();
