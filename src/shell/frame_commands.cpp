@@ -9,6 +9,15 @@
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"
 
+namespace
+{
+bool ActsOnSelection(int command)
+{
+    return command == CmdDelete || command == CmdEdit || command == CmdToggleTask || command == CmdDuplicate
+           || command == CmdBeam || command == CmdOpenItem;
+}
+} // namespace
+
 const CMainFrame::CommandRow* CMainFrame::FindCommand(int command)
 {
     static constexpr CommandRow kCommands[] = {
@@ -40,8 +49,12 @@ bool CMainFrame::OffersCommand(int command)
 
 void CMainFrame::SendCommand(int command)
 {
-    if (const CommandRow* row = m_up ? FindCommand(command) : nullptr)
-        (this->*row->Handle)(command);
+    const CommandRow* row = m_up ? FindCommand(command) : nullptr;
+    if (!row)
+        return;
+    ++m_commandDepth;
+    (this->*row->Handle)(command);
+    --m_commandDepth;
 }
 
 // ---- handlers
@@ -77,10 +90,15 @@ void CMainFrame::CmdOpenMenu(int)
     CCalendarView* view = CurrentView();
     if (!view || CTouchMenu::Current())
         return;
+    const CItemIdentity selected = view->SelectedIdentity();
     CTouchMenu menu;
     view->FillTouchMenu(menu);
     menu.AddRow(StrExitCalendar, CmdExit, PictureExit);
-    SendCommand(menu.Run(this));
+    const int command = menu.Run(this);
+    // Meanwhile the item may have gone and the selection with it; the command was not meant for another.
+    const bool same = m_up && CurrentView() == view && view->SelectedIdentity().IsSameItem(selected);
+    if (same || !ActsOnSelection(command))
+        SendCommand(command);
 }
 
 CItemTarget CMainFrame::SelectedItem() const

@@ -5,20 +5,24 @@
 #include "shell/command_request.h"
 #include "shell/instance_handover.h"
 #include "shell/locale_name.h"
+#include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/timer_ids.h"
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
+#include <QDialog>
+#include <QTimer>
 #include <algorithm>
 #include <limits>
 
 namespace
 {
 constexpr qint64 kShortestNextEventMs = 20; // the moment is rounded; do not ask in a circle
+constexpr int kUnwindMs = 10; // for a menu or question to end
 constexpr int kFirstYear = 1900, kLastYear = 4500;
 
 // What a calendar can show: a request may carry any number.
@@ -88,8 +92,29 @@ void CMainFrame::Shutdown(bool quit)
 
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
-    Shutdown(true);
-    event->accept();
+    if (!IsBusy()) {
+        Shutdown(true);
+        return event->accept();
+    }
+    // A view, or a command of one, is still on the stack below a menu or question: that ends first.
+    LeaveMenu();
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+        dialog->reject();
+    QTimer::singleShot(kUnwindMs, this, [this] { close(); });
+    event->ignore();
+}
+
+bool CMainFrame::IsBusy() const
+{
+    return m_commandDepth > 0 || CTouchMenu::Current();
+}
+
+bool CMainFrame::LeaveMenu()
+{
+    CTouchMenu* menu = CTouchMenu::Current();
+    if (menu)
+        menu->Choose(CmdNone);
+    return menu != nullptr;
 }
 
 void CMainFrame::FetchMetrics()
@@ -196,6 +221,8 @@ void CMainFrame::NextEventTimer()
 
 void CMainFrame::ServePostedRequest()
 {
+    if (LeaveMenu()) // it would be left under the view that the request shows
+        return QTimer::singleShot(kUnwindMs, this, [this] { ServePostedRequest(); });
     if (!m_up || !ReadPostedCommandLine(g_CommandRequest) || g_CommandRequest.Kind != RequestKind::OpenView)
         return;
     if (g_CommandRequest.View != -1)

@@ -109,6 +109,8 @@ private:
     void NextEventTimer();
     void BackKey(bool deviceKey);
     void UpdateWatchers();
+    bool IsBusy() const;
+    static bool LeaveMenu();
     CItemTarget SelectedItem() const;
 
     // One handler per command; see the table in frame_commands.cpp.
@@ -122,7 +124,6 @@ private:
     void CmdShowPrevious(int);
     void CmdRebuildKeys(int);
     void CmdToggleInputPanel(int);
-    void CmdOpenSelected(int);
 
     CFrameSetup m_setup;
     CSoftKeyBar m_softKeys;
@@ -138,6 +139,7 @@ private:
     std::unique_ptr<CNoticePump> m_notices;
     std::function<void()> m_firstPaint;
     bool m_up = false;
+    int m_commandDepth = 0;     // handlers under way; one may run a dialog
     bool m_backPressed = false; // the back key went down on the frame, not on a menu that took it
     int m_factor = 1;
 };

@@ -352,6 +352,54 @@ TEST_F(MainFrame, TheMenuOffersWhatWorks)
     EXPECT_TRUE(frame.Timers().IsRunning(kTimerExit));
 }
 
+TEST_F(MainFrame, ClosingUnderAMenuOrQuestionUnwindsFirst)
+{
+    for (const int command : {CmdMenu, CmdDelete}) {
+        Add("here", kToday);
+        CMainFrame& frame = Start();
+        frame.show();
+        bool upInside = false;
+        QTimer::singleShot(0, [&] {
+            frame.close();
+            upInside = frame.IsUp() && frame.CurrentView();
+        });
+        frame.SendCommand(command); // returns, because the menu or dialog was left
+        EXPECT_TRUE(upInside) << "the view whose menu runs still lives";
+        EXPECT_TRUE(WaitFor([&] { return !frame.IsUp(); }));
+        m_frame.reset();
+    }
+    EXPECT_EQ(m_volume->RecordCount(kAppointmentsDatabase), 2) << "nobody said yes";
+}
+
+TEST_F(MainFrame, AMenusCommandIsNotMeantForAnotherItem)
+{
+    const quint32 first = Add("first", kToday, 9);
+    Add("second", kToday, 11);
+    CMainFrame& frame = Start();
+    frame.show();
+    frame.StartNotices();
+    QTimer::singleShot(0, [&] {
+        std::unique_ptr<IAppointment> item;
+        ASSERT_TRUE(m_app->GetAppointmentFromOid(first, item));
+        ASSERT_TRUE(item->Delete());
+        ASSERT_TRUE(WaitFor([&] { return SubjectsOf(kToday) == QStringList{"second"}; }));
+        CTouchMenu::Current()->Choose(CmdDuplicate);
+    });
+    frame.SendCommand(CmdMenu);
+    EXPECT_EQ(m_volume->RecordCount(kAppointmentsDatabase), 1);
+}
+
+TEST_F(MainFrame, ARequestUnderAMenuLeavesTheMenu)
+{
+    CMainFrame& frame = Start();
+    frame.show();
+    Post("OPEN|DAILY|" + MinutesOf(kToday + 2));
+    QTimer::singleShot(0, [&] { frame.OnInstanceMessage({kMessageRequest, 0, 0, {}}); });
+    frame.SendCommand(CmdMenu);
+    EXPECT_EQ(CTouchMenu::Current(), nullptr);
+    EXPECT_TRUE(WaitFor([&] { return PimStore().CursorDate() == kToday + 2; }));
+}
+
 // ---- notices
 
 TEST_F(MainFrame, ItemsOfAnotherProgramAppearByThemselves)
