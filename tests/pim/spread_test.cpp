@@ -12,6 +12,7 @@ struct SpreadCase {
     const char* Last;
     bool EndsPreviousDay;
 };
+void PrintTo(const SpreadCase& c, std::ostream* out) { *out << c.Start << " to " << c.End; }
 
 class Spread : public testing::TestWithParam<SpreadCase>
 {
