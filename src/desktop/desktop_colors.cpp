@@ -74,7 +74,8 @@ CHighlight FromGtkFiles()
 {
     const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const char* version : {"gtk-4.0", "gtk-3.0"}) {
-        const CHighlight own = ParseGtkColors(Contents(config + u'/' + QLatin1String(version) + QStringLiteral("/gtk.css")));
+        const CHighlight own =
+            ParseGtkColors(Contents(config + u'/' + QLatin1String(version) + QStringLiteral("/gtk.css")));
         if (own.IsKnown())
             return own;
     }
@@ -91,7 +92,8 @@ CHighlight FromFiles()
 {
     const QByteArray desktops = qgetenv("XDG_CURRENT_DESKTOP").toLower();
     if (desktops.contains("kde") || desktops.contains("plasma"))
-        return ParseKdeColors(Contents(QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kdeglobals"))));
+        return ParseKdeColors(Contents(
+            QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kdeglobals"))));
     return FromGtkFiles();
 }
 
@@ -120,19 +122,21 @@ void AskPortal(std::function<void(const CHighlight&)> found)
     if (!bus.isConnected())
         return;
     const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
-    QDBusMessage ask = QDBusMessage::createMethodCall(portal, QStringLiteral("/org/freedesktop/portal/desktop"),
-                                                      QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
+    QDBusMessage ask = QDBusMessage::createMethodCall(
+        portal, QStringLiteral("/org/freedesktop/portal/desktop"),
+        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
     ask << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("accent-color");
     ask.setAutoStartService(false); // a desktop that has one runs it
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(ask, 5000));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, found = std::move(found)] {
-        watcher->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isError())
-            return;
-        if (const CHighlight highlight = FromPortalAnswer(reply.value().variant()); highlight.IsKnown())
-            found(highlight);
-    });
+    QObject::connect(
+        watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, found = std::move(found)] {
+            watcher->deleteLater();
+            const QDBusPendingReply<QDBusVariant> reply = *watcher;
+            if (reply.isError())
+                return;
+            if (const CHighlight highlight = FromPortalAnswer(reply.value().variant()); highlight.IsKnown())
+                found(highlight);
+        });
 }
 
 double Luminance(COLORREF color)
@@ -183,7 +187,8 @@ CHighlight AccentHighlight(double red, double green, double blue)
         if (!(part >= 0 && part <= 1))
             return {};
     }
-    const COLORREF back = Rgb(quint32(std::lround(red * 255)), quint32(std::lround(green * 255)), quint32(std::lround(blue * 255)));
+    const COLORREF back = Rgb(quint32(std::lround(red * 255)), quint32(std::lround(green * 255)),
+                              quint32(std::lround(blue * 255)));
     return {back, ReadableOn(back)};
 }
 

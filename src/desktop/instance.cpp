@@ -74,7 +74,8 @@ bool CInstanceWindow::Post(const CInstanceMessage& message, int waitMs)
     if (ready == 0)
         return true; // busy: the message stands in its queue
     quint32 receipt = 0;
-    return recv(m_socket, &receipt, sizeof receipt, MSG_WAITALL) == ssize_t(sizeof receipt) && receipt == message.Number;
+    return recv(m_socket, &receipt, sizeof receipt, MSG_WAITALL) == ssize_t(sizeof receipt) &&
+           receipt == message.Number;
 }
 
 // ---- this process
@@ -200,10 +201,13 @@ void CInstance::Read(int socket)
 void CInstance::Dispatch(const CInstanceMessage& message)
 {
     // Posted, not sent: a handler may run a dialog, and the sender does not wait for it.
-    QMetaObject::invokeMethod(this, [this, message] {
-        if (m_handler)
-            m_handler(message);
-    }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this,
+        [this, message] {
+            if (m_handler)
+                m_handler(message);
+        },
+        Qt::QueuedConnection);
 }
 
 void CInstance::Drop(int socket)

@@ -55,7 +55,7 @@ public:
     explicit CInstance(QByteArray name);
     ~CInstance() override;
 
-    bool Claim();  // false while another process is the instance
+    bool Claim(); // false while another process is the instance
     bool ClaimWithin(int milliseconds);
     bool IsClaimed() const { return m_listener >= 0; }
     // Messages arrive through the event loop, those sent since the claim too. Without a claim yet

@@ -84,7 +84,8 @@ int OpenInstanceSocket(const QByteArray& name, SocketUse use)
         if (use == SocketUse::Bind)
             unlink(path.constData());
         const auto* where = reinterpret_cast<const sockaddr*>(&address);
-        const int result = use == SocketUse::Bind ? bind(handle, where, sizeof address) : connect(handle, where, sizeof address);
+        const int result = use == SocketUse::Bind ? bind(handle, where, sizeof address)
+                                                  : connect(handle, where, sizeof address);
         if (result != 0) {
             close(handle);
             handle = -1;

@@ -16,15 +16,17 @@ constexpr int kAnswerMs = 300; // a keyboard that hangs must not take the calend
 
 QInputMethod* InputMethod()
 {
-    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::inputMethod() : nullptr;
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::inputMethod()
+                                                                        : nullptr;
 }
 
 bool HasService(const QDBusConnection& bus)
 {
     if (!bus.isConnected())
         return false;
-    QDBusMessage ask = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-                                                      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    QDBusMessage ask = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("NameHasOwner"));
     ask << kService;
     const QDBusReply<bool> answer = bus.call(ask, QDBus::Block, kAnswerMs);
     return answer.isValid() && answer.value();
@@ -38,7 +40,8 @@ void ShowOnScreenKeyboard(bool show)
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!HasService(bus))
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(kService, kObject, kService, QStringLiteral("SetVisible"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(kService, kObject, kService, QStringLiteral("SetVisible"));
     call << show;
     call.setAutoStartService(false);
     bus.asyncCall(call, kAnswerMs);
@@ -51,8 +54,8 @@ bool IsOnScreenKeyboardShown()
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!HasService(bus))
         return false;
-    QDBusMessage ask = QDBusMessage::createMethodCall(kService, kObject, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                      QStringLiteral("Get"));
+    QDBusMessage ask = QDBusMessage::createMethodCall(
+        kService, kObject, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     ask << kService << QStringLiteral("Visible");
     const QDBusReply<QDBusVariant> answer = bus.call(ask, QDBus::Block, kAnswerMs);
     return answer.isValid() && answer.value().variant().toBool();

@@ -8,8 +8,8 @@ namespace
 bool IsOurs(const QByteArray& folder)
 {
     struct stat info = {};
-    return lstat(folder.constData(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid()
-           && (info.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    return lstat(folder.constData(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid() &&
+           (info.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 } // namespace
 

@@ -20,12 +20,12 @@ bool Open(const QByteArray& address)
 {
     if (address.isEmpty())
         return false;
-    const QString opener = g_starter ? QStringLiteral("xdg-open")
-                                     : QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    const QString opener =
+        g_starter ? QStringLiteral("xdg-open") : QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (!opener.isEmpty())
         return Start(opener, {QString::fromLatin1(address)});
-    return qobject_cast<QGuiApplication*>(QCoreApplication::instance())
-           && QDesktopServices::openUrl(QUrl::fromEncoded(address));
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) &&
+           QDesktopServices::openUrl(QUrl::fromEncoded(address));
 }
 } // namespace
 
@@ -64,7 +64,8 @@ QByteArray WebAddress(const QString& url)
         text.prepend(QStringLiteral("http://"));
     const QUrl parsed(text, QUrl::TolerantMode);
     const QString scheme = parsed.scheme();
-    if (!parsed.isValid() || parsed.host().isEmpty() || (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
+    if (!parsed.isValid() || parsed.host().isEmpty() ||
+        (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
         return {};
     // What a browser never needs bare is encoded, whatever the handler's script does with it.
     QByteArray encoded = parsed.toEncoded(QUrl::FullyEncoded);

@@ -5,10 +5,10 @@
 #include <QStringList>
 #include <functional>
 
-bool MakeCall(const QString& number);     // false when nothing in it can be dialled
+bool MakeCall(const QString& number); // false when nothing in it can be dialled
 bool SendMail(const QString& address);
-bool OpenUrl(const QString& url);         // http and https alone; "www." gets its "http://"
-bool OpenFile(const QString& path);       // an existing file or folder, or an address
+bool OpenUrl(const QString& url);   // http and https alone; "www." gets its "http://"
+bool OpenFile(const QString& path); // an existing file or folder, or an address
 
 // The addresses that these hand over; empty when there is nothing to hand over.
 QByteArray CallAddress(const QString& number);

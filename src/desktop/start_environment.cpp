@@ -58,6 +58,7 @@ bool IsHandheld(const QByteArray& desktops, const QByteArray& machineInfo, const
 
 bool IsHandheld()
 {
-    return IsHandheld(qgetenv("XDG_CURRENT_DESKTOP") + ':' + qgetenv("PLASMA_PLATFORM").replace("phone:", "plasma-mobile:"),
+    return IsHandheld(qgetenv("XDG_CURRENT_DESKTOP") + ':' +
+                          qgetenv("PLASMA_PLATFORM").replace("phone:", "plasma-mobile:"),
                       Contents("/etc/machine-info"), Contents("/sys/class/dmi/id/chassis_type"));
 }

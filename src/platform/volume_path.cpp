@@ -8,5 +8,6 @@ QString DefaultVolumePath()
     const QString given = qEnvironmentVariable("TESSERA_VOLUME");
     if (!given.isEmpty())
         return QFileInfo(given).absoluteFilePath();
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/tessera/pim.vol");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/tessera/pim.vol");
 }

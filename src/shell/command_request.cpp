@@ -75,8 +75,8 @@ void CCommandRequest::Clear()
 
 bool CCommandRequest::IsSingleItem() const
 {
-    return Kind != RequestKind::None && Kind != RequestKind::OpenView && Kind != RequestKind::ReportDensity
-           && Kind != RequestKind::SoftKeyDialog;
+    return Kind != RequestKind::None && Kind != RequestKind::OpenView && Kind != RequestKind::ReportDensity &&
+           Kind != RequestKind::SoftKeyDialog;
 }
 
 void ParseCommandLine(CCommandRequest& request, const QString& text)

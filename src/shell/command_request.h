@@ -30,7 +30,7 @@ struct CCommandRequest {
     QString Category;
     QString RawText; // the command line as received
 
-    void Clear(); // leaves RawText alone
+    void Clear();              // leaves RawText alone
     bool IsSingleItem() const; // serves one item instead of opening the calendar
 };
 

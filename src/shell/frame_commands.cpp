@@ -13,8 +13,8 @@ namespace
 {
 bool ActsOnSelection(int command)
 {
-    return command == CmdDelete || command == CmdEdit || command == CmdToggleTask || command == CmdDuplicate
-           || command == CmdBeam || command == CmdOpenItem;
+    return command == CmdDelete || command == CmdEdit || command == CmdToggleTask ||
+           command == CmdDuplicate || command == CmdBeam || command == CmdOpenItem;
 }
 } // namespace
 
@@ -108,7 +108,8 @@ CItemTarget CMainFrame::SelectedItem() const
     if (!item)
         return {};
     CItemTarget target{item->GetKind(), item->ItemId, view->SelectedDay(), item->Subject};
-    if (const auto* appointment = dynamic_cast<const CAppointment*>(item); appointment && appointment->OriginalDay)
+    if (const auto* appointment = dynamic_cast<const CAppointment*>(item);
+        appointment && appointment->OriginalDay)
         target.Day = appointment->OriginalDay;
     return target;
 }
@@ -126,7 +127,8 @@ void CMainFrame::CmdDuplicateItem(int)
 void CMainFrame::CmdPressViewButton(int)
 {
     const int next = m_returnView != -1 ? m_returnView
-                                        : NextViewInRotation(g_Settings.General.LastView, g_Settings.General.RotationActiveViews);
+                                        : NextViewInRotation(g_Settings.General.LastView,
+                                                             g_Settings.General.RotationActiveViews);
     ShowView(next, -1);
 }
 

@@ -53,7 +53,9 @@ void CMainFrame::mouseReleaseEvent(QMouseEvent* event)
 
 void CMainFrame::PressSoftKey(int key)
 {
-    const int command = key == kKeyF1 ? m_softKeys.FirstCommand() : key == kKeyF2 ? m_softKeys.LastCommand() : CmdNone;
+    const int command = key == kKeyF1   ? m_softKeys.FirstCommand()
+                        : key == kKeyF2 ? m_softKeys.LastCommand()
+                                        : CmdNone;
     if (command != CmdNone)
         SendCommand(command);
 }

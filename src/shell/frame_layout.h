@@ -18,4 +18,7 @@ struct CFrameLayout {
 
 // The strip's width in design pixels for the setting's index; an index out of range counts as the nearest.
 int TitleStripWidth(int sizeIndex);
-constexpr bool IsUprightTitle(int location) { return location == kTitleLeft || location == kTitleRight; }
+constexpr bool IsUprightTitle(int location)
+{
+    return location == kTitleLeft || location == kTitleRight;
+}

@@ -25,11 +25,13 @@ void CItemActions::Delete(const CItemTarget& target, QWidget* owner)
 {
     if (target.Kind != kKindAppointment)
         return;
-    if (!AskYesNo(owner, DeleteQuestion(StrDeleteAppointmentQuestion, target.Subject), GetString(StrDeleteCaption)))
+    if (!AskYesNo(owner, DeleteQuestion(StrDeleteAppointmentQuestion, target.Subject),
+                  GetString(StrDeleteCaption)))
         return;
     const CPoomSession session(PimStore().Volume());
     CDialogQuestions questions(owner);
-    const bool deleted = session.App() && PimStore().DeleteAppointment(*session.App(), target.ItemId, target.Day, &questions);
+    const bool deleted =
+        session.App() && PimStore().DeleteAppointment(*session.App(), target.ItemId, target.Day, &questions);
     if (!deleted && !questions.WentBack())
         TellFailure(owner);
 }

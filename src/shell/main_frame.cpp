@@ -22,7 +22,7 @@
 namespace
 {
 constexpr qint64 kShortestNextEventMs = 20; // the moment is rounded; do not ask in a circle
-constexpr int kUnwindMs = 10; // for a menu or question to end
+constexpr int kUnwindMs = 10;               // for a menu or question to end
 constexpr int kFirstYear = 1900, kLastYear = 4500;
 
 // What a calendar can show: a request may carry any number.
@@ -36,7 +36,8 @@ bool IsShowable(DATE date)
 // ---- lifecycle
 
 CMainFrame::CMainFrame(CFrameSetup setup)
-    : m_setup(std::move(setup)), m_saveSettingsOnExit(m_setup.SaveSettings), m_timers([this](int id) { OnTimer(id); })
+    : m_setup(std::move(setup)), m_saveSettingsOnExit(m_setup.SaveSettings),
+      m_timers([this](int id) { OnTimer(id); })
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
@@ -170,8 +171,8 @@ void CMainFrame::StartNotices()
 {
     if (!m_up || !m_setup.Volume || m_notices)
         return;
-    m_notices = std::make_unique<CNoticePump>(m_setup.Volume,
-                                              [this](const CPimStore::CDrain& drain) { OnDatabaseChange(drain); });
+    m_notices = std::make_unique<CNoticePump>(
+        m_setup.Volume, [this](const CPimStore::CDrain& drain) { OnDatabaseChange(drain); });
     m_notices->SetPolling(isVisible());
 }
 
@@ -183,7 +184,7 @@ void CMainFrame::OnDatabaseChange(const CPimStore::CDrain& drain)
         PimStore().OnNextEventTimer(GetNow());
     constexpr struct {
         int Bit, View;
-    } kTold[] = {{kMaskDaily, kViewDaily},     {kMaskListWeek, kViewList}, {kMaskListWeek, kViewWeekly},
+    } kTold[] = {{kMaskDaily, kViewDaily},   {kMaskListWeek, kViewList}, {kMaskListWeek, kViewWeekly},
                  {kMaskMonth, kViewMonthly}, {kMaskTasks, kViewTasks},   {kMaskSearch, kViewSearch}};
     for (const auto& row : kTold) {
         if (CCalendarView* view = drain.Mask & row.Bit ? FindView(row.View) : nullptr)

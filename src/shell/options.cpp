@@ -37,7 +37,8 @@ bool TakeVolume(COptions& options, const QString& value)
 bool TakeDensity(COptions& options, const QString& value)
 {
     options.Density = value.toInt();
-    return options.Density == 96 || options.Density == 192 || options.Density == 288 || options.Density == 384;
+    return options.Density == 96 || options.Density == 192 || options.Density == 288 ||
+           options.Density == 384;
 }
 
 bool TakeSnapshot(COptions& options, const QString& value)
@@ -52,8 +53,8 @@ bool TakeSize(COptions& options, const QString& value)
     static const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
     const auto match = form.match(value);
     options.Size = QSize(match.captured(1).toInt(), match.captured(2).toInt());
-    return match.hasMatch() && options.Size.width() >= 1 && options.Size.height() >= 1
-           && options.Size.width() <= kMaxSide && options.Size.height() <= kMaxSide;
+    return match.hasMatch() && options.Size.width() >= 1 && options.Size.height() >= 1 &&
+           options.Size.width() <= kMaxSide && options.Size.height() <= kMaxSide;
 }
 
 bool TakeNow(COptions& options, const QString& value)
@@ -64,9 +65,9 @@ bool TakeNow(COptions& options, const QString& value)
 }
 
 constexpr OptionRow kOptions[] = {
-    {"--help", false, TakeHelp},       {"-h", false, TakeHelp},           {"--version", false, TakeVersion},
-    {"--volume", true, TakeVolume},    {"--density", true, TakeDensity},  {"--snapshot", true, TakeSnapshot},
-    {"--size", true, TakeSize},        {"--now", true, TakeNow},
+    {"--help", false, TakeHelp},    {"-h", false, TakeHelp},          {"--version", false, TakeVersion},
+    {"--volume", true, TakeVolume}, {"--density", true, TakeDensity}, {"--snapshot", true, TakeSnapshot},
+    {"--size", true, TakeSize},     {"--now", true, TakeNow},
 };
 
 const OptionRow* FindOption(const QString& name)
@@ -110,7 +111,9 @@ COptions ParseOptions(const QStringList& arguments)
             return Faulty(QStringLiteral("unknown option %1").arg(argument));
         if (row->HasValue && equals < 0 && i + 1 >= arguments.size())
             return Faulty(QStringLiteral("%1 needs a value").arg(name));
-        const QString value = !row->HasValue ? QString() : equals >= 0 ? argument.mid(equals + 1) : arguments[++i];
+        const QString value = !row->HasValue ? QString()
+                              : equals >= 0  ? argument.mid(equals + 1)
+                                             : arguments[++i];
         if (!row->Take(options, value))
             return Faulty(QStringLiteral("%1 does not take \"%2\"").arg(name, value));
         if (!row->HasValue)

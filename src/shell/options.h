@@ -7,9 +7,9 @@
 struct COptions {
     enum class Action { Run, Snapshot, Help, Version, Fault };
     Action What = Action::Run;
-    QString Fault;        // a line for the user
-    QString Volume;       // empty: the default one
-    int Density = -1;     // -1: what the window says
+    QString Fault;    // a line for the user
+    QString Volume;   // empty: the default one
+    int Density = -1; // -1: what the window says
     QString SnapshotFile;
     QSize Size = kDefaultSize; // of a snapshot, in its own pixels
     QString Now;               // of a snapshot; empty: the clock

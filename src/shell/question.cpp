@@ -22,7 +22,8 @@ struct Button {
 };
 
 // The number of the button from 1 on; the last one is also the way out, which answers 0.
-int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessageBox::Icon icon, const QList<Button>& buttons)
+int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessageBox::Icon icon,
+           const QList<Button>& buttons)
 {
     if (g_answerer)
         return g_answerer(text, caption);
@@ -58,7 +59,8 @@ void SetAnswerer(Answerer answerer)
 
 bool AskYesNo(QWidget* owner, const QString& text, const QString& caption)
 {
-    return RunBox(owner, text, caption, QMessageBox::Question, {{GetString(StrYes), {}}, {GetString(StrNo), {}}}) == 1;
+    return RunBox(owner, text, caption, QMessageBox::Question,
+                  {{GetString(StrYes), {}}, {GetString(StrNo), {}}}) == 1;
 }
 
 void ShowMessage(QWidget* owner, const QString& text, const QString& caption)

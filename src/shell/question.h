@@ -15,8 +15,8 @@ class CDialogQuestions : public IWriterQuestions
 {
 public:
     explicit CDialogQuestions(QWidget* owner) : m_owner(owner) {}
-    Choice AskTwoWays(const QString& question, const QString& first, const QString& firstText, const QString& second,
-                      const QString& secondText) override;
+    Choice AskTwoWays(const QString& question, const QString& first, const QString& firstText,
+                      const QString& second, const QString& secondText) override;
     void ShowMessage(const QString& text, const QString& title) override;
     bool WentBack() const { return m_wentBack; } // the user chose neither
 

@@ -40,7 +40,8 @@ int Complain(const QString& text)
 struct CApplication {
     explicit CApplication(char* name) : Arguments{name, nullptr}
     {
-        QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+        QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+            Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
         QCoreApplication::setApplicationName(QStringLiteral("tessera"));
         QGuiApplication::setDesktopFileName(QStringLiteral("tessera"));
         CStartEnvironment environment;
@@ -77,7 +78,8 @@ QByteArray NameOfInstance(const COptions& options)
     return name;
 }
 
-CStatus OpenVolume(const COptions& options, CPropertyVolume::Mode mode, std::shared_ptr<CPropertyVolume>& volume)
+CStatus OpenVolume(const COptions& options, CPropertyVolume::Mode mode,
+                   std::shared_ptr<CPropertyVolume>& volume)
 {
     const QString path = VolumePath(options);
     if (mode == CPropertyVolume::Mode::Create)
@@ -94,7 +96,9 @@ int ReportDensity(const COptions& options, char* name)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const CApplication application(name);
     const QScreen* screen = QGuiApplication::primaryScreen();
-    const int density = options.Density != -1 ? options.Density : 96 * SurfaceFactorOf(screen ? screen->devicePixelRatio() : 1.0);
+    const int density = options.Density != -1
+                            ? options.Density
+                            : 96 * SurfaceFactorOf(screen ? screen->devicePixelRatio() : 1.0);
     std::printf("%d\n", density);
     return std::min(density, kHighestStatus);
 }
@@ -102,7 +106,8 @@ int ReportDensity(const COptions& options, char* name)
 int RunSnapshot(const COptions& options, char* name)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    for (const char* variable : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_USE_PHYSICAL_DPI", "QT_FONT_DPI"})
+    for (const char* variable :
+         {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_USE_PHYSICAL_DPI", "QT_FONT_DPI"})
         qunsetenv(variable);
     ForceDensity(options.Density == -1 ? 96 : options.Density);
     const CApplication application(name);
@@ -175,7 +180,8 @@ int RunRequest(const COptions& options, char* name)
     if (CheckRunningInstance(instance, request))
         return kExitHandedOver;
     if (request.IsSingleItem() || request.Kind == RequestKind::SoftKeyDialog)
-        return Complain(QStringLiteral("this build shows days only; it does not offer %1 yet").arg(request.RawText.section(u'|', 0, 0)));
+        return Complain(QStringLiteral("this build shows days only; it does not offer %1 yet")
+                            .arg(request.RawText.section(u'|', 0, 0)));
     if (!HasDisplay())
         return Complain(QStringLiteral("there is no display; --snapshot FILE paints into a picture"));
     return RunWindow(options, instance, name);

@@ -33,7 +33,8 @@ void CTimeWatcher::Check()
     const quint32 period = m_period;
     const TimeZoneInformation zone = m_zone;
     See();
-    const int notice = (m_day != day ? kClockNewDay : 0) | (m_period != period || m_zone != zone ? kClockNewZone : 0);
+    const int notice =
+        (m_day != day ? kClockNewDay : 0) | (m_period != period || m_zone != zone ? kClockNewZone : 0);
     if (notice && m_changed)
         m_changed(notice);
 }

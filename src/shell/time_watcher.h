@@ -13,7 +13,7 @@ public:
     CTimeWatcher();
 
     void Bind(std::function<void(int notice)> changed); // takes the present as what was seen last
-    void Start(); // looks at once: hours may have gone by meanwhile
+    void Start();                                       // looks at once: hours may have gone by meanwhile
     void Stop();
     bool IsRunning() const { return m_timers.IsRunning(kTimer); }
     void Check();

@@ -15,7 +15,8 @@ constexpr int kTitleFont = 1000;
 constexpr int kColorGround = 504, kColorText = 505;
 constexpr quint32 kLightAlpha = 50;
 constexpr int kMargin = 4; // design pixels between the text and the strip's ends
-constexpr unsigned kTextFlags = kTextCentre | kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis;
+constexpr unsigned kTextFlags =
+    kTextCentre | kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis;
 
 // The edge that lies towards the view.
 QRect SeparatorOf(const QRect& strip, int location)
@@ -51,7 +52,8 @@ void PaintTitleStrip(QPainter& dc, const QRect& rect, int location, const QStrin
 {
     if (rect.isEmpty())
         return;
-    FillTwoTone(dc, rect, g_Settings.ResolveColor(kColorGround), kColorWhite, kLightAlpha, IsUprightTitle(location));
+    FillTwoTone(dc, rect, g_Settings.ResolveColor(kColorGround), kColorWhite, kLightAlpha,
+                IsUprightTitle(location));
     const COLORREF ink = g_Settings.ResolveColor(kColorText);
     const int line = D(1), margin = D(kMargin);
     QRect room = rect; // without the separator

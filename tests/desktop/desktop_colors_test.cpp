@@ -10,24 +10,33 @@
 TEST(DesktopColors, KdeFilesNameThePair)
 {
     const CHighlight known{Rgb(61, 174, 233), Rgb(252, 252, 252)};
-    EXPECT_EQ(ParseKdeColors("[Colors:Button]\nBackgroundNormal=1,2,3\n\n[Colors:Selection]\nBackgroundAlternate=9,9,9\n"
-                             "BackgroundNormal=61,174,233\r\nForegroundNormal=252, 252, 252\n[Colors:View]\nBackgroundNormal=4,5,6\n"),
+    EXPECT_EQ(ParseKdeColors(
+                  "[Colors:Button]\nBackgroundNormal=1,2,3\n\n[Colors:Selection]\nBackgroundAlternate=9,9,9\n"
+                  "BackgroundNormal=61,174,233\r\nForegroundNormal=252, 252, "
+                  "252\n[Colors:View]\nBackgroundNormal=4,5,6\n"),
               known);
-    for (const char* broken : {"", "[Colors:Selection]\n", "[Colors:Selection]\nBackgroundNormal=61,174\n",
-                               "[Colors:Selection]\nBackgroundNormal=61,174,999\n", "[Colors:View]\nBackgroundNormal=1,2,3\n"})
+    for (const char* broken :
+         {"", "[Colors:Selection]\n", "[Colors:Selection]\nBackgroundNormal=61,174\n",
+          "[Colors:Selection]\nBackgroundNormal=61,174,999\n", "[Colors:View]\nBackgroundNormal=1,2,3\n"})
         EXPECT_FALSE(ParseKdeColors(broken).IsKnown()) << broken;
 }
 
 TEST(DesktopColors, StyleSheetsNameTheSelectedGround)
 {
-    EXPECT_EQ(ParseGtkColors("@define-color theme_selected_bg_color #3584e4;\n@define-color theme_selected_fg_color #ffffff;\n"),
+    EXPECT_EQ(ParseGtkColors("@define-color theme_selected_bg_color #3584e4;\n@define-color "
+                             "theme_selected_fg_color #ffffff;\n"),
               (CHighlight{Rgb(0x35, 0x84, 0xE4), kColorWhite}));
-    EXPECT_EQ(ParseGtkColors("@define-color accent_bg_color #fd0;"), (CHighlight{Rgb(0xFF, 0xDD, 0), kColorBlack}))
+    EXPECT_EQ(ParseGtkColors("@define-color accent_bg_color #fd0;"),
+              (CHighlight{Rgb(0xFF, 0xDD, 0), kColorBlack}))
         << "without a text colour the readable one";
-    EXPECT_EQ(ParseGtkColors("@define-color theme_selected_bg_color #111111;@define-color theme_selected_bg_color #222222;").Back,
-              Rgb(0x22, 0x22, 0x22));
-    for (const char* broken : {"", "@define-color theme_selected_bg_color @blue_3;", "@define-color theme_selected_bg_color #12345",
-                               "@define-color theme_selected_bg_color #gggggg;"})
+    EXPECT_EQ(
+        ParseGtkColors(
+            "@define-color theme_selected_bg_color #111111;@define-color theme_selected_bg_color #222222;")
+            .Back,
+        Rgb(0x22, 0x22, 0x22));
+    for (const char* broken :
+         {"", "@define-color theme_selected_bg_color @blue_3;",
+          "@define-color theme_selected_bg_color #12345", "@define-color theme_selected_bg_color #gggggg;"})
         EXPECT_FALSE(ParseGtkColors(broken).IsKnown()) << broken;
 }
 
@@ -50,7 +59,8 @@ TEST(DesktopColors, TheUsersOwnSheetWinsOverTheThemes)
         file.write(text);
     };
     const std::vector<std::pair<const char*, QByteArray>> places = {
-        {"XDG_CONFIG_HOME", (home.path() + "/config").toUtf8()}, {"XDG_DATA_HOME", (home.path() + "/data").toUtf8()},
+        {"XDG_CONFIG_HOME", (home.path() + "/config").toUtf8()},
+        {"XDG_DATA_HOME", (home.path() + "/data").toUtf8()},
         {"XDG_CURRENT_DESKTOP", "XFCE"}};
     std::vector<std::pair<const char*, QByteArray>> saved;
     for (const auto& [name, value] : places) {

@@ -32,9 +32,10 @@ int RunKeyboardRole(int argc, char** argv)
     if (std::strcmp(argv[1], "--keyboard-service") == 0) {
         QDBusConnection bus = QDBusConnection::sessionBus();
         CKeyboardStandIn keyboard;
-        const bool up = bus.registerObject("/sm/puri/OSK0", &keyboard,
-                                           QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties)
-                        && bus.registerService("sm.puri.OSK0");
+        const bool up =
+            bus.registerObject("/sm/puri/OSK0", &keyboard,
+                               QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties) &&
+            bus.registerService("sm.puri.OSK0");
         std::puts(up ? "up" : "no");
         std::fflush(stdout);
         return up ? QCoreApplication::exec() : 1;

@@ -30,25 +30,30 @@ protected:
 
 TEST_F(ShellActions, NumbersKeepWhatADialKnows)
 {
-    for (const Case& c : {Case{"+49 (30) 1234-56", "tel:+493012345 6"}, Case{"*100#", "tel:*100%23"}, Case{"12+34", "tel:1234"},
-                          Case{"555`rm -rf`; $(x)", "tel:555"}, Case{"(-)", ""}, Case{"+", ""}, Case{"", ""}})
+    for (const Case& c : {Case{"+49 (30) 1234-56", "tel:+493012345 6"}, Case{"*100#", "tel:*100%23"},
+                          Case{"12+34", "tel:1234"}, Case{"555`rm -rf`; $(x)", "tel:555"}, Case{"(-)", ""},
+                          Case{"+", ""}, Case{"", ""}})
         EXPECT_EQ(CallAddress(c.Text), QByteArray(c.Address).replace(" ", "")) << c.Text;
 }
 
 TEST_F(ShellActions, MailTakesOneAddressAndNoHeaders)
 {
-    for (const Case& c : {Case{" ann@example.org ", "mailto:ann@example.org"}, Case{"a+b@example.org", "mailto:a+b@example.org"},
-                          Case{"a@b.c?bcc=x@y.z&body=1", "mailto:a@b.c%3Fbcc%3Dx@y.z%26body%3D1"},
-                          Case{"$(id)@x", "mailto:%24%28id%29@x"}, Case{"a@b\n-x", "mailto:a@b%0A-x"}, Case{"  ", ""}})
+    for (const Case& c :
+         {Case{" ann@example.org ", "mailto:ann@example.org"},
+          Case{"a+b@example.org", "mailto:a+b@example.org"},
+          Case{"a@b.c?bcc=x@y.z&body=1", "mailto:a@b.c%3Fbcc%3Dx@y.z%26body%3D1"},
+          Case{"$(id)@x", "mailto:%24%28id%29@x"}, Case{"a@b\n-x", "mailto:a@b%0A-x"}, Case{"  ", ""}})
         EXPECT_EQ(MailAddress(c.Text), c.Address) << c.Text;
 }
 
 TEST_F(ShellActions, OnlyWebAddressesGoToTheBrowser)
 {
-    for (const Case& c : {Case{"www.example.org/a?b=c", "http://www.example.org/a?b=c"}, Case{"WWW.example.org", "http://www.example.org"},
-                          Case{"https://example.org/x#y", "https://example.org/x#y"}, Case{"javascript:alert(1)", ""},
-                          Case{"file:///etc/passwd", ""}, Case{"http:/", ""}, Case{"--help", ""}, Case{"", ""},
-                          Case{"http://h/';id;'$(x)`y`|z", "http://h/%27%3Bid%3B%27%24%28x%29%60y%60%7Cz"}})
+    for (const Case& c :
+         {Case{"www.example.org/a?b=c", "http://www.example.org/a?b=c"},
+          Case{"WWW.example.org", "http://www.example.org"},
+          Case{"https://example.org/x#y", "https://example.org/x#y"}, Case{"javascript:alert(1)", ""},
+          Case{"file:///etc/passwd", ""}, Case{"http:/", ""}, Case{"--help", ""}, Case{"", ""},
+          Case{"http://h/';id;'$(x)`y`|z", "http://h/%27%3Bid%3B%27%24%28x%29%60y%60%7Cz"}})
         EXPECT_EQ(WebAddress(c.Text), c.Address) << c.Text;
 }
 
@@ -74,7 +79,8 @@ TEST(ShellActionsProcess, CharactersOfAShellMeanNothing)
     const QString out = folder.path() + "/out";
     QFile script(folder.path() + "/xdg-open");
     ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nprintf '%s\\n' \"$#\" \"$@\" >'" + out.toUtf8() + ".new'\nmv '" + out.toUtf8() + ".new' '" + out.toUtf8() + "'\n");
+    script.write("#!/bin/sh\nprintf '%s\\n' \"$#\" \"$@\" >'" + out.toUtf8() + ".new'\nmv '" + out.toUtf8() +
+                 ".new' '" + out.toUtf8() + "'\n");
     script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     script.close();
     const QByteArray path = qgetenv("PATH");

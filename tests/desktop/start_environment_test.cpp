@@ -30,11 +30,18 @@ TEST(StartEnvironment, KnowsHandhelds)
         const char *Desktops, *MachineInfo, *Chassis;
         bool Handheld;
     } cases[] = {
-        {"Phosh:GNOME", "", "", true},   {"KDE:plasma-mobile", "", "", true}, {"sxmo-de-sway", "", "", true},
-        {"GNOME", "", "10\n", false},    {"GNOME", "", "11\n", true},         {"GNOME", "", "30\n", true},
-        {"GNOME", "PRETTY_HOSTNAME=x\nCHASSIS=\"handset\"\n", "3", true},     {"", "CHASSIS=laptop", "11", false},
-        {"", "", "", false},             {"GNOME-Phoshy", "", "x", false},
+        {"Phosh:GNOME", "", "", true},
+        {"KDE:plasma-mobile", "", "", true},
+        {"sxmo-de-sway", "", "", true},
+        {"GNOME", "", "10\n", false},
+        {"GNOME", "", "11\n", true},
+        {"GNOME", "", "30\n", true},
+        {"GNOME", "PRETTY_HOSTNAME=x\nCHASSIS=\"handset\"\n", "3", true},
+        {"", "CHASSIS=laptop", "11", false},
+        {"", "", "", false},
+        {"GNOME-Phoshy", "", "x", false},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(IsHandheld(c.Desktops, c.MachineInfo, c.Chassis), c.Handheld) << c.Desktops << c.MachineInfo << c.Chassis;
+        EXPECT_EQ(IsHandheld(c.Desktops, c.MachineInfo, c.Chassis), c.Handheld)
+            << c.Desktops << c.MachineInfo << c.Chassis;
 }

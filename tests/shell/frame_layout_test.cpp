@@ -33,7 +33,8 @@ TEST(FrameLayout, EachLocationHasItsStrip)
 
 TEST(FrameLayout, TheThreeTileAnyClient)
 {
-    for (const QSize client : {QSize(240, 320), QSize(321, 241), QSize(1080, 2160), QSize(50, 45), QSize(10, 30), QSize(1, 1), QSize(0, 0)}) {
+    for (const QSize client : {QSize(240, 320), QSize(321, 241), QSize(1080, 2160), QSize(50, 45),
+                               QSize(10, 30), QSize(1, 1), QSize(0, 0)}) {
         for (int location = 0; location <= 4; ++location) {
             for (const int width : {14, 28, 112}) {
                 const CFrameLayout layout = CFrameLayout::Of(client, location, width, 40);
@@ -46,7 +47,8 @@ TEST(FrameLayout, TheThreeTileAnyClient)
                 }
                 EXPECT_FALSE(layout.Title.intersects(layout.View));
                 EXPECT_FALSE(layout.Title.intersects(layout.Keys));
-                EXPECT_EQ(area, qint64(client.width()) * client.height()) << client.width() << 'x' << client.height() << ' ' << location;
+                EXPECT_EQ(area, qint64(client.width()) * client.height())
+                    << client.width() << 'x' << client.height() << ' ' << location;
             }
         }
     }
@@ -65,9 +67,11 @@ TEST(ViewRotation, NextActiveView)
     const struct {
         int View, Active, Next;
     } cases[] = {
-        {0, 31, 1}, {1, 31, 2},  {3, 31, 4}, {4, 31, 0},  {5, 31, 0},  {0, 1, 0},  {2, 4, 0},  {4, 16, 0},     {1, 0, 0},
-        {0, 9, 3},  {3, 9, 0},   {1, 18, 4}, {4, 18, 1},  {2, 3, 0},   {2, 2, 1},  {5, 8, 3},  {5, 0, 0},      {0, 96, 0},
-        {-1, 2, 1}, {-7, 31, 0}, {1 << 30, 8, 3}, {0x7FFFFFFF, 16, 4}, {3, -1, 4}, {4, 30, 1}, {-0x7FFFFFFF, 0, 0},
+        {0, 31, 1},      {1, 31, 2},          {3, 31, 4}, {4, 31, 0}, {5, 31, 0},
+        {0, 1, 0},       {2, 4, 0},           {4, 16, 0}, {1, 0, 0},  {0, 9, 3},
+        {3, 9, 0},       {1, 18, 4},          {4, 18, 1}, {2, 3, 0},  {2, 2, 1},
+        {5, 8, 3},       {5, 0, 0},           {0, 96, 0}, {-1, 2, 1}, {-7, 31, 0},
+        {1 << 30, 8, 3}, {0x7FFFFFFF, 16, 4}, {3, -1, 4}, {4, 30, 1}, {-0x7FFFFFFF, 0, 0},
     };
     for (const auto& c : cases)
         EXPECT_EQ(NextViewInRotation(c.View, c.Active), c.Next) << c.View << " of " << c.Active;

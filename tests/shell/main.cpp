@@ -11,7 +11,8 @@ int main(int argc, char** argv)
     const QTemporaryDir home;
     for (const char* variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
         qputenv(variable, home.path().toUtf8());
-    for (const char* variable : {"TESSERA_VOLUME", "XDG_CURRENT_DESKTOP", "XDG_ACTIVATION_TOKEN", "LC_ALL", "LC_MESSAGES", "LANG"})
+    for (const char* variable :
+         {"TESSERA_VOLUME", "XDG_CURRENT_DESKTOP", "XDG_ACTIVATION_TOKEN", "LC_ALL", "LC_MESSAGES", "LANG"})
         qunsetenv(variable);
     QDir().mkpath(home.path() + "/tessera");
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -17,7 +17,8 @@ TEST(Options, WhatEachSays)
     EXPECT_EQ(run.Volume, "a b");
     EXPECT_EQ(run.Density, 288);
     EXPECT_EQ(run.Request, "OPEN|DAILY");
-    const COptions snapshot = ParseOptions({"--size", "240x320", "--snapshot=x.png", "--now", "2026-03-10T09:30"});
+    const COptions snapshot =
+        ParseOptions({"--size", "240x320", "--snapshot=x.png", "--now", "2026-03-10T09:30"});
     EXPECT_EQ(snapshot.What, Action::Snapshot);
     EXPECT_EQ(snapshot.Size, QSize(240, 320));
     EXPECT_EQ(ParseOptions({"--", "-OPEN"}).Request, "-OPEN");
@@ -26,12 +27,23 @@ TEST(Options, WhatEachSays)
 
 TEST(Options, FaultsAreTold)
 {
-    for (const QStringList& arguments :
-         {QStringList{"--bogus"}, {"-x"}, {"--help=1"}, {"--volume"}, {"--volume="}, {"--density", "97"}, {"--density", "96x"},
-          {"--snapshot", ""}, {"--snapshot", "x", "--size", "0x5"}, {"--snapshot", "x", "--size", "99999x5"},
-          {"--snapshot", "x", "--size", "5"}, {"--snapshot", "x", "--size", "5x5 "}, {"--size", "5x5"},
-          {"--now", "2026-03-10"}, {"--snapshot", "x", "--now", "2026-02-30"}, {"--snapshot", "x", "--now", "soon"},
-          {"OPEN|DAILY", "OPEN|LIST"}}) {
+    for (const QStringList& arguments : {QStringList{"--bogus"},
+                                         {"-x"},
+                                         {"--help=1"},
+                                         {"--volume"},
+                                         {"--volume="},
+                                         {"--density", "97"},
+                                         {"--density", "96x"},
+                                         {"--snapshot", ""},
+                                         {"--snapshot", "x", "--size", "0x5"},
+                                         {"--snapshot", "x", "--size", "99999x5"},
+                                         {"--snapshot", "x", "--size", "5"},
+                                         {"--snapshot", "x", "--size", "5x5 "},
+                                         {"--size", "5x5"},
+                                         {"--now", "2026-03-10"},
+                                         {"--snapshot", "x", "--now", "2026-02-30"},
+                                         {"--snapshot", "x", "--now", "soon"},
+                                         {"OPEN|DAILY", "OPEN|LIST"}}) {
         const COptions options = ParseOptions(arguments);
         EXPECT_EQ(options.What, Action::Fault) << arguments.join(' ').toStdString();
         EXPECT_FALSE(options.Fault.isEmpty());
@@ -50,8 +62,10 @@ TEST(Options, MomentsAreLocalUnlessTheySayUtc)
     const struct {
         const char* Text;
         SystemTime Utc;
-    } cases[] = {{"2026-03-10T09:30", {2026, 3, 2, 10, 8, 30, 0, 0}}, {"2026-07-01 00:15:20", {2026, 6, 2, 30, 22, 15, 20, 0}},
-                 {"2026-07-01T00:15Z", {2026, 7, 3, 1, 0, 15, 0, 0}}, {"2026-01-01", {2025, 12, 3, 31, 23, 0, 0, 0}}};
+    } cases[] = {{"2026-03-10T09:30", {2026, 3, 2, 10, 8, 30, 0, 0}},
+                 {"2026-07-01 00:15:20", {2026, 6, 2, 30, 22, 15, 20, 0}},
+                 {"2026-07-01T00:15Z", {2026, 7, 3, 1, 0, 15, 0, 0}},
+                 {"2026-01-01", {2025, 12, 3, 31, 23, 0, 0, 0}}};
     for (const auto& c : cases) {
         qint64 moment = 0;
         ASSERT_TRUE(ParseMoment(c.Text, &moment)) << c.Text;

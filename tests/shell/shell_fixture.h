@@ -36,7 +36,8 @@ protected:
         g_Settings.m_currentFilterIndex = -1;
         g_CommandRequest = CCommandRequest();
         ForceDensity(96);
-        EXPECT_TRUE(CPropertyVolume::Open(m_folder.filePath("pim.vol"), PimSchema(), CPropertyVolume::Mode::Create, m_volume));
+        EXPECT_TRUE(CPropertyVolume::Open(m_folder.filePath("pim.vol"), PimSchema(),
+                                          CPropertyVolume::Mode::Create, m_volume));
         m_app = MakePOutlookApp(m_volume);
         EXPECT_TRUE(m_app->Logon());
     }

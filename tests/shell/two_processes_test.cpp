@@ -78,7 +78,8 @@ TEST_F(TwoProcesses, ASecondStartHandsOverAndEndsWithMinusOne)
 {
     QProcess& window = Launch();
     ASSERT_TRUE(Poll(IsListening));
-    for (const QStringList& request : {QStringList{"OPEN|DAILY|66371040"}, {"VIEW|5|0|APPT"}, {"SHOWSOFTKEYDIALOG"}, {}}) {
+    for (const QStringList& request :
+         {QStringList{"OPEN|DAILY|66371040"}, {"VIEW|5|0|APPT"}, {"SHOWSOFTKEYDIALOG"}, {}}) {
         EXPECT_EQ(Run(request), 255) << request.join(' ').toStdString();
         EXPECT_TRUE(Poll(RequestTaken));
     }
@@ -156,8 +157,12 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     EXPECT_TRUE(out.startsWith("usage: tessera"));
     EXPECT_EQ(Run({"--version"}, &out), 0);
     EXPECT_TRUE(out.startsWith("tessera "));
-    for (const QStringList& wrong : {QStringList{"--bogus"}, {"EDIT|5|0|APPT"}, {"CREATE|1|2|TASK|x"}, {"SHOWSOFTKEYDIALOG"},
-                                     {"--snapshot", "/nonexistent/x.png"}, {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
+    for (const QStringList& wrong : {QStringList{"--bogus"},
+                                     {"EDIT|5|0|APPT"},
+                                     {"CREATE|1|2|TASK|x"},
+                                     {"SHOWSOFTKEYDIALOG"},
+                                     {"--snapshot", "/nonexistent/x.png"},
+                                     {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
         EXPECT_EQ(Run(wrong, &out, &errors), 2) << wrong.join(' ').toStdString();
         EXPECT_TRUE(errors.startsWith("tessera: ")) << errors.toStdString();
         EXPECT_EQ(errors.count('\n'), 1) << errors.toStdString();

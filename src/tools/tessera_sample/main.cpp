@@ -22,18 +22,21 @@ int Complain(const QString& text, int status)
 
 qint64 CountItems(CPropertyVolume& volume)
 {
-    return volume.RecordCount(kAppointmentsDatabase) + volume.RecordCount(kTasksDatabase)
-           + volume.RecordCount(kContactsDatabase);
+    return volume.RecordCount(kAppointmentsDatabase) + volume.RecordCount(kTasksDatabase) +
+           volume.RecordCount(kContactsDatabase);
 }
 
 int Fill(const QString& path)
 {
     QDir().mkpath(QFileInfo(path).path());
     std::shared_ptr<CPropertyVolume> volume;
-    if (const CStatus opened = CPropertyVolume::Open(path, PimSchema(), CPropertyVolume::Mode::Create, volume); !opened)
+    if (const CStatus opened =
+            CPropertyVolume::Open(path, PimSchema(), CPropertyVolume::Mode::Create, volume);
+        !opened)
         return Complain(opened.Text(), kExitFailed);
     if (const qint64 items = CountItems(*volume); items != 0) {
-        std::printf("%s holds %lld items; nothing was added\n", qUtf8Printable(path), static_cast<long long>(items));
+        std::printf("%s holds %lld items; nothing was added\n", qUtf8Printable(path),
+                    static_cast<long long>(items));
         return kExitDone;
     }
     const auto app = MakePOutlookApp(volume);
@@ -55,12 +58,14 @@ int main(int argc, char** argv)
     QString volume = DefaultVolumePath();
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--help") == 0) {
-            std::puts("usage: tessera-sample [--volume FILE]\n"
-                      "Fills the calendar with a small sample around today. One that holds items is left alone.");
+            std::puts(
+                "usage: tessera-sample [--volume FILE]\n"
+                "Fills the calendar with a small sample around today. One that holds items is left alone.");
             return kExitDone;
         }
         if (std::strcmp(argv[i], "--volume") != 0 || i + 1 >= argc)
-            return Complain(QStringLiteral("unknown argument %1").arg(QString::fromLocal8Bit(argv[i])), kExitUsage);
+            return Complain(QStringLiteral("unknown argument %1").arg(QString::fromLocal8Bit(argv[i])),
+                            kExitUsage);
         volume = QFileInfo(QFile::decodeName(argv[++i])).absoluteFilePath();
     }
     return Fill(volume);
