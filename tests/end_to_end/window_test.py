@@ -17,15 +17,16 @@ MINUTES_2026_03_10 = 66371040  # 10 March 2026 as a request carries it
 class Display:
     def __init__(self):
         read, write = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x700x24", "-nolisten", "tcp"],
-                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x700x24", "-nolisten",
+                                        "tcp", "-noreset"], pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
+        self.answer = read  # stays open: a server whose answer nobody reads gives up
         self.name = ":" + os.read(read, 16).decode().strip()
-        os.close(read)
 
     def close(self):
         self.server.terminate()
         self.server.wait()
+        os.close(self.answer)
 
 
 def picture(home):
