@@ -17,6 +17,12 @@ quint64 UidHash(const QString& uid)
     return HashOf({reinterpret_cast<const char*>(uid.constData()), size_t(uid.size()) * sizeof(QChar)});
 }
 
+// What such a message says of an event is not the event.
+bool IsMessageAboutOthersItem(const std::string& method)
+{
+    return method == "REPLY" || method == "REFRESH" || method == "COUNTER" || method == "DECLINECOUNTER";
+}
+
 TimeZoneInformation DeviceZone()
 {
     TimeZoneInformation zone;
@@ -91,7 +97,8 @@ bool CCalendarImporter::NextBatch(bool atEnd)
 // A full or failing disk ends the import; anything else leaves out one item.
 void CCalendarImporter::Fail(const CStatus& status, int line)
 {
-    if (status.Kind() == StatusKind::Full || status.Kind() == StatusKind::Io || status.Kind() == StatusKind::Corrupt) {
+    if (status.Kind() == StatusKind::Full || status.Kind() == StatusKind::Io ||
+        status.Kind() == StatusKind::Corrupt) {
         m_failed = true;
         m_failure = status.Text();
         return;
@@ -101,6 +108,14 @@ void CCalendarImporter::Fail(const CStatus& status, int line)
 
 void CCalendarImporter::TakeComponent(const CComponent& component, const std::string& method, bool atEnd)
 {
+    if (!atEnd)
+        m_method = method;
+    if (IsMessageAboutOthersItem(method)) {
+        m_report.LeftOut(
+            component.FirstLine,
+            QStringLiteral("an answer to an invitation: %1").arg(QString::fromStdString(method)));
+        return;
+    }
     m_report.Hold();
     if (!m_events.Read(component, &m_event)) {
         m_report.Release();
@@ -113,8 +128,9 @@ void CCalendarImporter::TakeComponent(const CComponent& component, const std::st
             return;
         }
         if (m_toldZones.size() < kToldZones && m_toldZones.emplace(m_event.UnknownZone, true).second)
-            m_report.Note(m_event.Line, QStringLiteral("the time zone is not known, its times are read as local: %1")
-                                            .arg(QString::fromStdString(m_event.UnknownZone)));
+            m_report.Note(m_event.Line,
+                          QStringLiteral("the time zone is not known, its times are read as local: %1")
+                              .arg(QString::fromStdString(m_event.UnknownZone)));
     }
     if (!m_event.RecurrenceId) {
         m_report.Release();
@@ -186,7 +202,6 @@ void CCalendarImporter::TakeRest()
 
 void CCalendarImporter::TakeEvent(CImportedEvent& event, const std::string& method)
 {
-    m_method = method;
     const auto [place, isFirst] = m_seen.try_emplace(UidHash(event.Uid));
     Seen& seen = place->second;
     if (!isFirst && event.Sequence < seen.Sequence) {
@@ -202,7 +217,8 @@ void CCalendarImporter::TakeEvent(CImportedEvent& event, const std::string& meth
     if (m_volumeHasUids || !isFirst)
         keys = m_app.FindByUid(event.Uid);
     const Known known = Sort(keys, event, index);
-    const bool same = known.Lead && known.LeadIsSame && known.Lead->ContentHash == CItemWriter::HashBytes(event.Hash);
+    const bool same =
+        known.Lead && known.LeadIsSame && known.Lead->ContentHash == CItemWriter::HashBytes(event.Hash);
     if (known.Superseded || same) {
         ++m_report.Unchanged;
         return;
@@ -220,8 +236,8 @@ void CCalendarImporter::TakeEvent(CImportedEvent& event, const std::string& meth
         ++(known.Lead ? m_report.Updated : m_report.Created);
 }
 
-CCalendarImporter::Known CCalendarImporter::Sort(const std::vector<CForeignKey>& keys, const CImportedEvent& event,
-                                                 quint32 index) const
+CCalendarImporter::Known CCalendarImporter::Sort(const std::vector<CForeignKey>& keys,
+                                                 const CImportedEvent& event, quint32 index) const
 {
     Known known;
     // The item itself leads its records, else the first of its occurrences.
@@ -251,8 +267,8 @@ CCalendarImporter::Known CCalendarImporter::Sort(const std::vector<CForeignKey>&
     return known;
 }
 
-bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& known, const std::vector<CForeignKey>& keys,
-                                   quint32 index)
+bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& known,
+                                   const std::vector<CForeignKey>& keys, quint32 index)
 {
     CSeriesBuilder builder(m_currentYear, &m_ruleBudget, m_report);
     CSeriesPlan plan = builder.Build(event.Dates);
@@ -277,7 +293,9 @@ bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& kno
     }
     for (size_t i = 0; i < plan.Records.size() && !m_failed; ++i) {
         const bool leads = i == 0;
-        const QString kept = !leads ? QString() : plan.KeepsExcluded ? event.Kept + event.ExcludedText : event.Kept;
+        const QString kept = !leads               ? QString()
+                             : plan.KeepsExcluded ? event.Kept + event.ExcludedText
+                                                  : event.Kept;
         const CStatus status = m_writer.Write(event, plan.Records[i], index, kept,
                                               leads && plan.KeepsRule ? event.RuleText : QString(),
                                               leads ? reused.get() : nullptr);
@@ -290,7 +308,8 @@ bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& kno
 }
 
 // A changed occurrence goes into its series, or stands alone when there is none.
-void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& component, const std::string& method)
+void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& component,
+                                       const std::string& method)
 {
     event.Cancelled = event.Cancelled || method == "CANCEL";
     const QString name = COccurrenceWriter::NameOf(event);
@@ -304,27 +323,35 @@ void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& 
     ++m_inBatch;
     CStatus status;
     switch (m_occurrences.Put(event, component, &status)) {
-    case COccurrenceWriter::Result::Created: ++m_report.Created; break;
-    case COccurrenceWriter::Result::Updated: ++m_report.Updated; break;
-    case COccurrenceWriter::Result::Unchanged: ++m_report.Unchanged; break;
+    case COccurrenceWriter::Result::Created:
+        ++m_report.Created;
+        break;
+    case COccurrenceWriter::Result::Updated:
+        ++m_report.Updated;
+        break;
+    case COccurrenceWriter::Result::Unchanged:
+        ++m_report.Unchanged;
+        break;
     case COccurrenceWriter::Result::NotThere:
         m_report.LeftOut(event.Line, QStringLiteral("it cancels an occurrence that is not there"));
         break;
     case COccurrenceWriter::Result::TooMany:
         m_report.LeftOut(event.Line, QStringLiteral("its series has too many changed occurrences"));
         break;
-    case COccurrenceWriter::Result::Failed: Fail(status, event.Line); break;
+    case COccurrenceWriter::Result::Failed:
+        Fail(status, event.Line);
+        break;
     }
 }
 
 // An occurrence that came before its series stands alone; the series must not show it again.
-void CCalendarImporter::KeepPlaceOfLoneOccurrences(const CImportedEvent& event, const std::vector<CForeignKey>& keys,
-                                                   CSeriesPlan& plan)
+void CCalendarImporter::KeepPlaceOfLoneOccurrences(const CImportedEvent& event,
+                                                   const std::vector<CForeignKey>& keys, CSeriesPlan& plan)
 {
     for (const CForeignKey& key : keys) {
         CFileMoment moment;
-        if (!key.OccurrenceId.startsWith(QLatin1Char('R'))
-            || !ParseMoment(QStringView(key.OccurrenceId).mid(1).toLatin1().toStdString(), &moment))
+        if (!key.OccurrenceId.startsWith(QLatin1Char('R')) ||
+            !ParseMoment(QStringView(key.OccurrenceId).mid(1).toLatin1().toStdString(), &moment))
             continue;
         const qint64 wall = moment.IsUtc && event.Zone ? event.Zone->ToWall(moment.Wall) : moment.Wall;
         const int day = DayOfWall(wall);
@@ -334,8 +361,9 @@ void CCalendarImporter::KeepPlaceOfLoneOccurrences(const CImportedEvent& event, 
             if (!record.IsSeries || !PatternHitsDay(record.Pattern, day))
                 continue;
             auto& exceptions = record.Pattern.Exceptions;
-            const auto at = std::lower_bound(exceptions.begin(), exceptions.end(), day,
-                                             [](const CRecurrenceException& e, int d) { return e.OriginalDay < d; });
+            const auto at =
+                std::lower_bound(exceptions.begin(), exceptions.end(), day,
+                                 [](const CRecurrenceException& e, int d) { return e.OriginalDay < d; });
             if (at == exceptions.end() || at->OriginalDay != day)
                 exceptions.insert(at, CRecurrenceException())->OriginalDay = day;
             record.Pattern.ExceptionCount = int(exceptions.size());

@@ -37,7 +37,7 @@ private:
     struct Known {
         const CForeignKey* Lead = nullptr; // of the same identity, else of an older sequence
         bool LeadIsSame = false;
-        bool Superseded = false;           // the volume holds a later one
+        bool Superseded = false; // the volume holds a later one
         std::vector<const CForeignKey*> Others;
         bool Any = false;
     };
@@ -45,8 +45,10 @@ private:
     void TakeComponent(const CComponent& component, const std::string& method, bool atEnd);
     void TakeEvent(CImportedEvent& event, const std::string& method);
     Known Sort(const std::vector<CForeignKey>& keys, const CImportedEvent& event, quint32 index) const;
-    bool WriteEvent(const CImportedEvent& event, const Known& known, const std::vector<CForeignKey>& keys, quint32 index);
-    void KeepPlaceOfLoneOccurrences(const CImportedEvent& event, const std::vector<CForeignKey>& keys, CSeriesPlan& plan);
+    bool WriteEvent(const CImportedEvent& event, const Known& known, const std::vector<CForeignKey>& keys,
+                    quint32 index);
+    void KeepPlaceOfLoneOccurrences(const CImportedEvent& event, const std::vector<CForeignKey>& keys,
+                                    CSeriesPlan& plan);
     void SetAside(const CComponent& component, quint64 uidHash, bool isOccurrence);
     void TakeWaiting(quint64 uidHash);
     void TakeRest();
@@ -69,10 +71,10 @@ private:
     std::string m_method;
 
     bool m_volumeHasUids = false;
-    std::unordered_map<quint64, Seen> m_seen;                 // by hash of the UID
-    std::unordered_map<quint64, quint32> m_occurrencesSeen;   // by hash of UID and occurrence, to the sequence
-    std::unordered_multimap<quint64, qint64> m_waiting;       // occurrences whose series has not come
-    std::vector<qint64> m_unknownZones;                       // events of zones that have not come
+    std::unordered_map<quint64, Seen> m_seen;               // by hash of the UID
+    std::unordered_map<quint64, quint32> m_occurrencesSeen; // by hash of UID and occurrence, to the sequence
+    std::unordered_multimap<quint64, qint64> m_waiting;     // occurrences whose series has not come
+    std::vector<qint64> m_unknownZones;                     // events of zones that have not come
     std::unordered_map<std::string, bool> m_toldZones;
     int m_inBatch = 0;
     bool m_failed = false;

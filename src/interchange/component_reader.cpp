@@ -8,7 +8,10 @@ namespace
 {
 constexpr size_t kNameLength = 40; // component names are words; a longer one is none of ours
 
-char Upper(char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; }
+char Upper(char c)
+{
+    return c >= 'a' && c <= 'z' ? char(c - 32) : c;
+}
 
 std::string_view Trimmed(std::string_view text)
 {
@@ -34,10 +37,14 @@ std::string MarkedName(std::string_view text, std::string_view mark)
 
 bool MayBeLong(std::string_view name)
 {
-    return name.starts_with("X-") || name.starts_with("x-") || EqualsUpper(name, "ATTACH") || EqualsUpper(name, "PHOTO")
-           || EqualsUpper(name, "IMAGE") || EqualsUpper(name, "LOGO") || EqualsUpper(name, "SOUND");
+    return name.starts_with("X-") || name.starts_with("x-") || EqualsUpper(name, "ATTACH") ||
+           EqualsUpper(name, "PHOTO") || EqualsUpper(name, "IMAGE") || EqualsUpper(name, "LOGO") ||
+           EqualsUpper(name, "SOUND");
 }
-bool IsDateList(std::string_view name) { return EqualsUpper(name, "EXDATE") || EqualsUpper(name, "RDATE"); }
+bool IsDateList(std::string_view name)
+{
+    return EqualsUpper(name, "EXDATE") || EqualsUpper(name, "RDATE");
+}
 
 // A cut must not split a character.
 size_t CutAt(std::string_view text, size_t size)
@@ -59,8 +66,8 @@ std::string AsciiUpper(std::string_view text)
 
 bool EqualsUpper(std::string_view text, std::string_view upper)
 {
-    return text.size() == upper.size()
-           && std::equal(text.begin(), text.end(), upper.begin(), [](char a, char b) { return Upper(a) == b; });
+    return text.size() == upper.size() &&
+           std::equal(text.begin(), text.end(), upper.begin(), [](char a, char b) { return Upper(a) == b; });
 }
 
 void CComponent::Clear()
@@ -81,9 +88,12 @@ void CComponent::AddLine(std::string_view text, int number)
 }
 
 CComponentReader::CComponentReader(CLineReader::ReadBytes read, CImportReport& report)
-    : m_lines(std::move(read)), m_report(report),
-      m_skipped{{"VTODO", "tasks"}, {"VJOURNAL", "journal entries"}, {"VFREEBUSY", "free and busy times"},
-                {"VCARD", "contacts"}, {"VALARM", "alarms outside an item"}, {"", "unknown components"}}
+    : m_lines(std::move(read)), m_report(report), m_skipped{{"VTODO", "tasks"},
+                                                            {"VJOURNAL", "journal entries"},
+                                                            {"VFREEBUSY", "free and busy times"},
+                                                            {"VCARD", "contacts"},
+                                                            {"VALARM", "alarms outside an item"},
+                                                            {"", "unknown components"}}
 {
 }
 
@@ -160,7 +170,8 @@ void CComponentReader::StartComponent(const std::string& name)
     m_open.FirstLine = m_line.Number;
     if (m_wanted)
         return;
-    auto entry = std::find_if(m_skipped.begin(), m_skipped.end(), [&](const Skipped& s) { return name == s.Name; });
+    auto entry =
+        std::find_if(m_skipped.begin(), m_skipped.end(), [&](const Skipped& s) { return name == s.Name; });
     if (entry == m_skipped.end())
         entry = std::prev(m_skipped.end());
     if (entry->Count++ == 0)
@@ -181,7 +192,8 @@ bool CComponentReader::End(const std::string& name, CComponent& component)
     const auto at = std::find(m_stack.rbegin(), m_stack.rend(), name);
     if (at == m_stack.rend()) {
         if (!m_toldEnd) // thousands may follow
-            m_report.Note(m_line.Number, QStringLiteral("END:%1 without its BEGIN").arg(QString::fromStdString(name)));
+            m_report.Note(m_line.Number,
+                          QStringLiteral("END:%1 without its BEGIN").arg(QString::fromStdString(name)));
         m_toldEnd = true;
         return false;
     }
@@ -288,7 +300,8 @@ void CComponentReader::TellSkipped()
         if (skipped.Count > 0)
             m_report.LeftOut(skipped.FirstLine,
                              QStringLiteral("%1 are not taken in: %2, the first one here")
-                                 .arg(QLatin1String(skipped.Told)).arg(skipped.Count),
+                                 .arg(QLatin1String(skipped.Told))
+                                 .arg(skipped.Count),
                              skipped.Count);
         skipped.Count = 0;
     }

@@ -10,7 +10,8 @@ qint64 CComponentSpool::Put(const CComponent& component)
     if (!m_file.seek(place))
         return -1;
     QDataStream out(&m_file);
-    out << QByteArray::fromStdString(component.Name) << component.FirstLine << quint32(component.Lines.size());
+    out << QByteArray::fromStdString(component.Name) << component.FirstLine
+        << quint32(component.Lines.size());
     for (const CComponent::Line& line : component.Lines)
         out << line.Offset << line.Length << line.Number;
     out << QByteArray::fromStdString(component.Text);

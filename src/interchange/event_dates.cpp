@@ -32,7 +32,8 @@ std::shared_ptr<const CFileZone> CEventReader::ZoneOf(const CPropertyLine& line,
 }
 
 // A moment of some zone on the clock of the event; a floating event's clock is the device's.
-qint64 CEventReader::WallInEvent(const CFileMoment& moment, const std::shared_ptr<const CFileZone>& zone) const
+qint64 CEventReader::WallInEvent(const CFileMoment& moment,
+                                 const std::shared_ptr<const CFileZone>& zone) const
 {
     if (moment.IsDate || !zone || zone == m_event->Zone)
         return moment.Wall;
@@ -54,7 +55,9 @@ bool CEventReader::FinishDates()
     }
     if (!IsStorable(start.Wall)) {
         m_report.LeftOut(m_start->Number, QStringLiteral("the calendar holds the years %1 to %2: %3")
-                                              .arg(ImportLimit::FirstYear).arg(ImportLimit::LastYear).arg(Shown(line.Value)));
+                                              .arg(ImportLimit::FirstYear)
+                                              .arg(ImportLimit::LastYear)
+                                              .arg(Shown(line.Value)));
         return false;
     }
     m_event->Dates.AllDay = start.IsDate;
@@ -62,7 +65,10 @@ bool CEventReader::FinishDates()
     m_event->Zone = ZoneOf(line, start);
     // The zone's name, or that there is none, is nothing that the record holds.
     if (!start.IsDate && !start.IsUtc)
-        m_kept.append(line.Name).append(line.Parameters.empty() ? "" : ";").append(line.Parameters).append(":\n");
+        m_kept.append(line.Name)
+            .append(line.Parameters.empty() ? "" : ";")
+            .append(line.Parameters)
+            .append(":\n");
     FinishEnd(start);
     FinishRule();
     FinishListed();
@@ -90,7 +96,8 @@ void CEventReader::FinishEnd(const CFileMoment& start)
     } else {
         // Days go by the calendar, hours by the clock.
         wall += length.Days * kDaySeconds;
-        wall = m_event->Zone ? m_event->Zone->ToWall(m_event->Zone->ToUtc(wall) + length.Seconds) : wall + length.Seconds;
+        wall = m_event->Zone ? m_event->Zone->ToWall(m_event->Zone->ToUtc(wall) + length.Seconds)
+                             : wall + length.Seconds;
     }
     if (start.IsDate) // whole days
         wall = WallOfDay(DayOfWall(wall + kDaySeconds - 1));
@@ -114,7 +121,8 @@ void CEventReader::FinishRule()
     QString reason, note;
     m_event->Dates.Line = m_rule->Number;
     if (!ParseRule(line.Value, &rule, &reason, &note)) {
-        m_report.LeftOut(m_rule->Number, QStringLiteral("the rule is not used, %1: %2").arg(reason, Shown(line.Value)));
+        m_report.LeftOut(m_rule->Number,
+                         QStringLiteral("the rule is not used, %1: %2").arg(reason, Shown(line.Value)));
         Keep(m_component->LineText(*m_rule));
         return;
     }
@@ -143,7 +151,8 @@ void CEventReader::FinishListed()
         if (added)
             Keep(text);
         else
-            m_event->ExcludedText += QString::fromUtf8(text.data(), qsizetype(text.size())) + QLatin1Char('\n');
+            m_event->ExcludedText +=
+                QString::fromUtf8(text.data(), qsizetype(text.size())) + QLatin1Char('\n');
     }
 }
 
@@ -162,7 +171,8 @@ void CEventReader::ReadDateList(const CPropertyLine& line, bool added)
         CFileMoment moment;
         if (!ParseMoment(text.substr(0, slash), &moment)) {
             if (!junk)
-                m_report.LeftOut(m_event->Dates.Line, QStringLiteral("a date of a list: %1").arg(Shown(text)));
+                m_report.LeftOut(m_event->Dates.Line,
+                                 QStringLiteral("a date of a list: %1").arg(Shown(text)));
             junk = true;
             continue;
         }

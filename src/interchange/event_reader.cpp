@@ -16,7 +16,8 @@ QString AddressOf(std::string_view value)
     value = TrimBlanks(value);
     if (value.size() >= 7 && EqualsUpper(value.substr(0, 7), "MAILTO:"))
         value.remove_prefix(7);
-    return Tidy(QString::fromUtf8(value.data(), qsizetype(value.size())), ImportLimit::TextChars / 16, true).trimmed();
+    return Tidy(QString::fromUtf8(value.data(), qsizetype(value.size())), ImportLimit::TextChars / 16, true)
+        .trimmed();
 }
 
 FileTime UtcFileTime(std::string_view value)
@@ -79,7 +80,7 @@ void CEventReader::ReadLines()
             continue;
         }
         hash.Add(text);
-        if (!ReadDate(line, at) && !ReadText(line, text) && !ReadState(line) && !ReadPerson(line, text))
+        if (!ReadDate(line, at) && !ReadText(line, at) && !ReadState(line) && !ReadPerson(line, text))
             Keep(text);
     }
     m_event->Hash = hash.Value();
@@ -110,7 +111,9 @@ bool CEventReader::ReadDate(const CPropertyLine& line, const CComponent::Line& a
 {
     const auto first = [&](const CComponent::Line*& place) {
         if (place)
-            m_report.LeftOut(at.Number, QStringLiteral("a second %1").arg(QString::fromLatin1(line.Name.data(), qsizetype(line.Name.size()))));
+            m_report.LeftOut(at.Number,
+                             QStringLiteral("a second %1")
+                                 .arg(QString::fromLatin1(line.Name.data(), qsizetype(line.Name.size()))));
         else
             place = &at;
         return true;
@@ -145,15 +148,18 @@ bool CEventReader::ReadDate(const CPropertyLine& line, const CComponent::Line& a
     return false;
 }
 
-bool CEventReader::ReadText(const CPropertyLine& line, std::string_view text)
+bool CEventReader::ReadText(const CPropertyLine& line, const CComponent::Line& at)
 {
     const auto take = [&](bool& had, QString& place, int limit, bool oneLine) {
         if (had) { // another language
-            Keep(text);
+            Keep(m_component->LineText(at));
             return true;
         }
         had = true;
-        place = Tidy(TextOf(line.Value), limit, oneLine);
+        place = TextOf(line.Value);
+        if (place.size() > limit)
+            m_report.LeftOut(at.Number, QStringLiteral("the rest of a text beyond %1 characters").arg(limit));
+        place = Tidy(std::move(place), limit, oneLine);
         KeepParameters(line);
         return true;
     };
@@ -165,9 +171,10 @@ bool CEventReader::ReadText(const CPropertyLine& line, std::string_view text)
         return take(m_hasNote, m_event->Note, ImportLimit::NoteChars, false);
     if (EqualsUpper(line.Name, "CATEGORIES")) {
         for (QString name : TextListOf(line.Value, ImportLimit::Categories)) {
-            name = Tidy(name.replace(QLatin1Char(','), QLatin1Char(';')), ImportLimit::TextChars / 128, true).trimmed();
-            if (!name.isEmpty() && m_event->Categories.size() < ImportLimit::Categories
-                && !m_event->Categories.contains(name, Qt::CaseInsensitive))
+            name = Tidy(name.replace(QLatin1Char(','), QLatin1Char(';')), ImportLimit::TextChars / 128, true)
+                       .trimmed();
+            if (!name.isEmpty() && m_event->Categories.size() < ImportLimit::Categories &&
+                !m_event->Categories.contains(name, Qt::CaseInsensitive))
                 m_event->Categories.append(name);
         }
         return true;
@@ -285,7 +292,8 @@ void CEventReader::ReadAlarm(size_t first, size_t last)
         } else if (EqualsUpper(line.Name, "DESCRIPTION")) {
             plain = plain && (line.Value == "Reminder" || line.Value.empty());
         } else {
-            plain = plain && EqualsUpper(line.Name, "ACTION") && EqualsUpper(TrimBlanks(line.Value), "DISPLAY");
+            plain =
+                plain && EqualsUpper(line.Name, "ACTION") && EqualsUpper(TrimBlanks(line.Value), "DISPLAY");
         }
     }
     if (!readable) {

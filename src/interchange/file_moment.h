@@ -23,11 +23,23 @@ inline qint64 WallOf(int year, int month, int day)
 {
     return qint64(DayNumberOf(year, month, day) - kUnixDay) * kDaySeconds;
 }
-inline qint64 FloorDiv(qint64 a, qint64 b) { return a / b - (a % b < 0 ? 1 : 0); }
+inline qint64 FloorDiv(qint64 a, qint64 b)
+{
+    return a / b - (a % b < 0 ? 1 : 0);
+}
 // Day number and minute of the day of a wall time.
-inline int DayOfWall(qint64 wall) { return int(FloorDiv(wall, kDaySeconds)) + kUnixDay; }
-inline int SecondOfWall(qint64 wall) { return int(wall - FloorDiv(wall, kDaySeconds) * kDaySeconds); }
-inline qint64 WallOfDay(int dayNumber) { return qint64(dayNumber - kUnixDay) * kDaySeconds; }
+inline int DayOfWall(qint64 wall)
+{
+    return int(FloorDiv(wall, kDaySeconds)) + kUnixDay;
+}
+inline int SecondOfWall(qint64 wall)
+{
+    return int(wall - FloorDiv(wall, kDaySeconds) * kDaySeconds);
+}
+inline qint64 WallOfDay(int dayNumber)
+{
+    return qint64(dayNumber - kUnixDay) * kDaySeconds;
+}
 inline DATE DateOfWall(qint64 wall)
 {
     return DateOfSigned(DayOfWall(wall) + SecondOfWall(wall) / double(kDaySeconds));

@@ -19,8 +19,9 @@ int CFileZone::OffsetAt(qint64 utc) const
 {
     if (utc >= kTableEnd)
         utc -= ((utc - kTableEnd) / kCycleSeconds + 1) * kCycleSeconds;
-    const auto after = std::upper_bound(m_changes.begin(), m_changes.end(), utc,
-                                        [](qint64 moment, const Change& change) { return moment < change.Utc; });
+    const auto after =
+        std::upper_bound(m_changes.begin(), m_changes.end(), utc,
+                         [](qint64 moment, const Change& change) { return moment < change.Utc; });
     return after == m_changes.begin() ? m_firstOffset : std::prev(after)->Offset;
 }
 

@@ -20,7 +20,9 @@ public:
     };
 
     CFileZone(int firstOffset, std::vector<Change> changes, const TimeZoneInformation& record)
-        : m_firstOffset(firstOffset), m_changes(std::move(changes)), m_record(record) {}
+        : m_firstOffset(firstOffset), m_changes(std::move(changes)), m_record(record)
+    {
+    }
 
     // A time in the skipped hour moves forward, a doubled one is the first.
     qint64 ToUtc(qint64 wall) const;

@@ -45,7 +45,9 @@ class CEventReader
 {
 public:
     CEventReader(CZoneTable& zones, const TimeZoneInformation& device, CImportReport& report)
-        : m_zones(zones), m_device(device), m_report(report) {}
+        : m_zones(zones), m_device(device), m_report(report)
+    {
+    }
 
     // False when the event has no usable start; that is told.
     bool Read(const CComponent& component, CImportedEvent* event);
@@ -53,7 +55,7 @@ public:
 private:
     void ReadLines();
     bool ReadDate(const CPropertyLine& line, const CComponent::Line& at);
-    bool ReadText(const CPropertyLine& line, std::string_view text);
+    bool ReadText(const CPropertyLine& line, const CComponent::Line& at);
     bool ReadState(const CPropertyLine& line);
     bool ReadPerson(const CPropertyLine& line, std::string_view text);
     void KeepParameters(const CPropertyLine& line);

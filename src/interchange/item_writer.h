@@ -10,8 +10,8 @@ public:
 
     // Writes a planned record of an event; `reused` is an item to overwrite, or null. What is kept
     // of the event goes with the leading record.
-    CStatus Write(const CImportedEvent& event, const CPlannedRecord& record, quint32 equalsIndex, const QString& kept,
-                  const QString& sourceRule, IAppointment* reused);
+    CStatus Write(const CImportedEvent& event, const CPlannedRecord& record, quint32 equalsIndex,
+                  const QString& kept, const QString& sourceRule, IAppointment* reused);
     // Overwrites the shown values alone, not what identifies the item.
     void PutValues(const CImportedEvent& event, IAppointment& item, bool isNew) const;
     void PutDates(const CImportedEvent& event, qint64 start, qint64 end, IAppointment& item) const;

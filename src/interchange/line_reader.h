@@ -44,7 +44,7 @@ private:
     std::string m_block;
     size_t m_pos = 0;
     CTextLine m_current;
-    bool m_have = false;        // m_current holds the beginning of a line
+    bool m_have = false; // m_current holds the beginning of a line
     bool m_atLineStart = true;
     bool m_afterReturn = false; // the last byte was a CR, whose LF may follow
     bool m_firstBlock = true;

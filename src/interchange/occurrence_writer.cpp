@@ -57,11 +57,13 @@ QString COccurrenceWriter::NameOf(const CImportedEvent& event)
     return OccurrenceName(event.RecurrenceZone->ToUtc(moment.Wall), false) + QLatin1Char('Z');
 }
 
-COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, const CComponent& component, CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, const CComponent& component,
+                                                 CStatus* status)
 {
     *status = CStatus();
     int day = 0;
-    const bool isOpen = m_open.ItemId != 0 && m_open.Foreign.Uid == event.Uid && !m_standAlone && !event.ThisAndFuture;
+    const bool isOpen =
+        m_open.ItemId != 0 && m_open.Foreign.Uid == event.Uid && !m_standAlone && !event.ThisAndFuture;
     if (!isOpen || !Holds(event, &day)) {
         if (*status = Flush(); !*status)
             return Result::Failed;
@@ -77,13 +79,14 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
     Result known = Result::Created;
     if (IsKnown(event, NameOf(event), &known))
         return Result::Unchanged;
-    const Result put = m_open.IsSeries ? PutInSeries(event, component, day) : PutInSingle(event, component, status);
+    const Result put =
+        m_open.IsSeries ? PutInSeries(event, component, day) : PutInSingle(event, component, status);
     return put == Result::Created ? known : put;
 }
 
 // Opens the item that holds the occurrence, if there is one. True when the result is known already.
-bool COccurrenceWriter::Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day, Result* result,
-                             CStatus* status)
+bool COccurrenceWriter::Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day,
+                             Result* result, CStatus* status)
 {
     const QString name = NameOf(event);
     m_leadZone.reset();
@@ -148,10 +151,10 @@ CStatus COccurrenceWriter::Open(const CForeignKey& key)
     m_leadZone = m_open.Zone;
     // What follows a change of all later ones is still named by the first series' moments.
     CFileMoment first;
-    if (m_open.IsSeries && key.OccurrenceId.startsWith(QLatin1Char('T'))
-        && ParseMoment(key.OccurrenceId.mid(1).toStdString(), &first))
-        m_open.Shift = WallOfDay(DayNumber(m_open.Pattern.PatternStart)) + m_open.Pattern.StartMinute * 60
-                       - WallInOpen(first.Wall, first.IsUtc ? UtcZone() : nullptr);
+    if (m_open.IsSeries && key.OccurrenceId.startsWith(QLatin1Char('T')) &&
+        ParseMoment(key.OccurrenceId.mid(1).toStdString(), &first))
+        m_open.Shift = WallOfDay(DayNumber(m_open.Pattern.PatternStart)) + m_open.Pattern.StartMinute * 60 -
+                       WallInOpen(first.Wall, first.IsUtc ? UtcZone() : nullptr);
     const QString& text = m_open.Foreign.Text;
     for (qsizetype at = text.indexOf(kBegin); at >= 0; at = text.indexOf(kBegin, at + kBegin.size())) {
         const QStringView id = LineAt(text, at + kBegin.size());
@@ -160,8 +163,9 @@ CStatus COccurrenceWriter::Open(const CForeignKey& key)
             continue;
         const QStringView value = hash.mid(kHash.size());
         const qsizetype semicolon = value.indexOf(QLatin1Char(';'));
-        m_open.Changes.insert(id.mid(kId.size()).toString(),
-                              {QByteArray::fromHex(value.left(semicolon).toLatin1()), value.mid(semicolon + 1).toUInt()});
+        m_open.Changes.insert(
+            id.mid(kId.size()).toString(),
+            {QByteArray::fromHex(value.left(semicolon).toLatin1()), value.mid(semicolon + 1).toUInt()});
     }
     return {};
 }
@@ -225,10 +229,11 @@ bool COccurrenceWriter::IsKnown(const CImportedEvent& event, const QString& name
     return change->Hash == CItemWriter::HashBytes(event.Hash) || change->Sequence > event.Sequence;
 }
 
-COccurrenceWriter::Result COccurrenceWriter::PutInSeries(const CImportedEvent& event, const CComponent& component, int day)
+COccurrenceWriter::Result COccurrenceWriter::PutInSeries(const CImportedEvent& event,
+                                                         const CComponent& component, int day)
 {
-    if (m_open.Pattern.Exceptions.size() >= size_t(ImportLimit::ChangedOccurrences)
-        && m_open.Changes.size() >= ImportLimit::ChangedOccurrences)
+    if (m_open.Pattern.Exceptions.size() >= size_t(ImportLimit::ChangedOccurrences) &&
+        m_open.Changes.size() >= ImportLimit::ChangedOccurrences)
         return Result::TooMany;
     PutException(event, ExceptionOf(m_open.Pattern, day));
     KeepChange(event, component);
@@ -266,8 +271,8 @@ void COccurrenceWriter::PutException(const CImportedEvent& event, CRecurrenceExc
 }
 
 // An occurrence that is an item of its own.
-COccurrenceWriter::Result COccurrenceWriter::PutInSingle(const CImportedEvent& event, const CComponent& component,
-                                                         CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutInSingle(const CImportedEvent& event,
+                                                         const CComponent& component, CStatus* status)
 {
     if (event.Cancelled) {
         *status = m_open.Item->Delete();
@@ -292,8 +297,8 @@ void COccurrenceWriter::KeepChange(const CImportedEvent& event, const CComponent
         text.remove(at, end < 0 ? text.size() - at : end + kEnd.size() - at);
     }
     const QByteArray hash = CItemWriter::HashBytes(event.Hash);
-    text += head + kHash + QString::fromLatin1(hash.toHex()) + QLatin1Char(';') + QString::number(event.Sequence)
-            + QLatin1Char('\n');
+    text += head + kHash + QString::fromLatin1(hash.toHex()) + QLatin1Char(';') +
+            QString::number(event.Sequence) + QLatin1Char('\n');
     if (component.Text.size() <= kMaxKept)
         text += QString::fromStdString(component.Text);
     text += kEnd;
@@ -302,11 +307,13 @@ void COccurrenceWriter::KeepChange(const CImportedEvent& event, const CComponent
 
 // ---- the change of an occurrence and all later ones
 
-COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event, const CComponent& component,
-                                                          int day, CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& event,
+                                                          const CComponent& component, int day,
+                                                          CStatus* status)
 {
     if (!m_open.IsSeries || event.Cancelled) {
-        *status = CStatus(StatusKind::Invalid, QStringLiteral("no series can take a change of all later occurrences"));
+        *status = CStatus(StatusKind::Invalid,
+                          QStringLiteral("no series can take a change of all later occurrences"));
         return Result::Failed;
     }
     CRecurrencePattern before = m_open.Pattern, after = m_open.Pattern;
@@ -341,7 +348,8 @@ COccurrenceWriter::Result COccurrenceWriter::PutFollowing(const CImportedEvent& 
 // The record of all later ones, made of the pattern they had and the event's times.
 CPlannedRecord COccurrenceWriter::Following(const CImportedEvent& event, CRecurrencePattern pattern) const
 {
-    const qint64 start = WallInOpen(event.Dates.Start, event.Zone), end = WallInOpen(event.Dates.End, event.Zone);
+    const qint64 start = WallInOpen(event.Dates.Start, event.Zone),
+                 end = WallInOpen(event.Dates.End, event.Zone);
     const int from = DayNumber(pattern.PatternStart), to = DayOfWall(start);
     for (CRecurrenceException& exception : pattern.Exceptions)
         exception.OriginalDay += to - from;
@@ -359,8 +367,8 @@ CPlannedRecord COccurrenceWriter::Following(const CImportedEvent& event, CRecurr
 }
 
 // They were changed by an earlier import already.
-COccurrenceWriter::Result COccurrenceWriter::PutFollowingAgain(const CImportedEvent& event, const CForeignKey& key,
-                                                               CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutFollowingAgain(const CImportedEvent& event,
+                                                               const CForeignKey& key, CStatus* status)
 {
     if (key.ContentHash == CItemWriter::HashBytes(event.Hash))
         return Result::Unchanged;
@@ -372,18 +380,20 @@ COccurrenceWriter::Result COccurrenceWriter::PutFollowingAgain(const CImportedEv
     following.Zone = m_open.Zone;
     const COpenItem open = std::move(m_open);
     m_open = COpenItem();
-    *status = m_writer.Write(following, record, open.Foreign.EqualsIndex, event.Kept, QString(), open.Item.get());
+    *status =
+        m_writer.Write(following, record, open.Foreign.EqualsIndex, event.Kept, QString(), open.Item.get());
     return *status ? Result::Updated : Result::Failed;
 }
 
 // ---- no series
 
-COccurrenceWriter::Result COccurrenceWriter::PutAlone(const CImportedEvent& event, const std::vector<CForeignKey>& keys,
-                                                      CStatus* status)
+COccurrenceWriter::Result COccurrenceWriter::PutAlone(const CImportedEvent& event,
+                                                      const std::vector<CForeignKey>& keys, CStatus* status)
 {
     m_open = COpenItem();
     const QString id = QLatin1Char('R') + NameOf(event);
-    const auto at = std::find_if(keys.begin(), keys.end(), [&](const CForeignKey& key) { return key.OccurrenceId == id; });
+    const auto at = std::find_if(keys.begin(), keys.end(),
+                                 [&](const CForeignKey& key) { return key.OccurrenceId == id; });
     const bool exists = at != keys.end();
     if (exists && (at->ContentHash == CItemWriter::HashBytes(event.Hash) || at->Sequence > event.Sequence))
         return Result::Unchanged;

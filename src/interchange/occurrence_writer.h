@@ -1,8 +1,13 @@
 // Puts changed occurrences of a file into the series that hold them.
 // The series stays open in memory while its occurrences come, and is saved when another item's
 //   turn comes: Flush before anything else is written or a batch ends.
-// What a file says of an occurrence beyond the record is kept with its series, with the hash by
-//   which a later import knows it again.
+// What a file says of an occurrence is kept whole with its series, among the kept lines, with the
+//   hash and sequence by which a later import knows it again:
+//     BEGIN:X-TESSERA-OVERRIDE
+//     RECURRENCE-ID:20260312T070000Z
+//     X-TESSERA-HASH:0123456789abcdef;2
+//     (the occurrence's own lines)
+//     END:X-TESSERA-OVERRIDE
 #pragma once
 #include "interchange/item_writer.h"
 
@@ -13,8 +18,11 @@ class COccurrenceWriter
 public:
     enum class Result { Created, Updated, Unchanged, NotThere, TooMany, Failed };
 
-    COccurrenceWriter(IPOutlookApp& app, CItemWriter& writer, CZoneTable& zones, const TimeZoneInformation& device)
-        : m_app(app), m_writer(writer), m_zones(zones), m_device(device) {}
+    COccurrenceWriter(IPOutlookApp& app, CItemWriter& writer, CZoneTable& zones,
+                      const TimeZoneInformation& device)
+        : m_app(app), m_writer(writer), m_zones(zones), m_device(device)
+    {
+    }
 
     Result Put(const CImportedEvent& event, const CComponent& component, CStatus* status);
     CStatus Flush();
@@ -39,7 +47,8 @@ private:
         qint64 Shift = 0; // from the moments by which a file names its occurrences to their own
     };
 
-    bool Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day, Result* result, CStatus* status);
+    bool Seek(const CImportedEvent& event, const std::vector<CForeignKey>& keys, int* day, Result* result,
+              CStatus* status);
     CStatus Open(const CForeignKey& key);
     bool Holds(const CImportedEvent& event, int* day) const;
     bool HoldsAt(qint64 wall, bool isDate, int* day) const;

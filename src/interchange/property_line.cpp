@@ -22,8 +22,8 @@ bool IsName(std::string_view name)
     if (name.empty())
         return false;
     for (const char c : name)
-        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '_'
-              || c == '.' || c == '/'))
+        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
+              c == '_' || c == '.' || c == '/'))
             return false;
     return true;
 }

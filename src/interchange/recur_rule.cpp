@@ -14,10 +14,11 @@ constexpr int kMaxTimesPerDay = 24;
 
 bool IsOneOf(std::string_view name)
 {
-    static constexpr std::string_view kParts[] = {"FREQ",    "INTERVAL", "COUNT",   "UNTIL",      "WKST",
-                                                  "BYMONTH", "BYDAY",    "BYHOUR",  "BYMONTHDAY", "BYYEARDAY",
-                                                  "BYWEEKNO", "BYSETPOS", "BYMINUTE", "BYSECOND"};
-    return std::any_of(std::begin(kParts), std::end(kParts), [&](std::string_view part) { return part == name; });
+    static constexpr std::string_view kParts[] = {
+        "FREQ",   "INTERVAL",   "COUNT",     "UNTIL",    "WKST",     "BYMONTH",  "BYDAY",
+        "BYHOUR", "BYMONTHDAY", "BYYEARDAY", "BYWEEKNO", "BYSETPOS", "BYMINUTE", "BYSECOND"};
+    return std::any_of(std::begin(kParts), std::end(kParts),
+                       [&](std::string_view part) { return part == name; });
 }
 
 // A number of at most nine digits; 0 when it is none.
@@ -74,7 +75,8 @@ bool SplitRule(std::string_view text, CRecurRule* rule, CRuleText* out, QString*
         if (name == "INTERVAL" || name == "COUNT") {
             const int number = SmallNumber(value);
             if (number < 1) {
-                *reason = QStringLiteral("%1 is out of range").arg(QString::fromStdString(part.substr(0, 60)));
+                *reason =
+                    QStringLiteral("%1 is out of range").arg(QString::fromStdString(part.substr(0, 60)));
                 return false;
             }
             (name == "COUNT" ? rule->Count : rule->Interval) = number;
@@ -109,11 +111,20 @@ bool TakeLibraryRule(const std::string& clean, CRecurRule* rule)
     const icalrecurrencetype parsed = icalrecurrencetype_from_string(clean.c_str());
     free(parsed.rscale);
     switch (parsed.freq) {
-    case ICAL_DAILY_RECURRENCE: rule->Frequency = RuleFrequency::Daily; break;
-    case ICAL_WEEKLY_RECURRENCE: rule->Frequency = RuleFrequency::Weekly; break;
-    case ICAL_MONTHLY_RECURRENCE: rule->Frequency = RuleFrequency::Monthly; break;
-    case ICAL_YEARLY_RECURRENCE: rule->Frequency = RuleFrequency::Yearly; break;
-    default: return false;
+    case ICAL_DAILY_RECURRENCE:
+        rule->Frequency = RuleFrequency::Daily;
+        break;
+    case ICAL_WEEKLY_RECURRENCE:
+        rule->Frequency = RuleFrequency::Weekly;
+        break;
+    case ICAL_MONTHLY_RECURRENCE:
+        rule->Frequency = RuleFrequency::Monthly;
+        break;
+    case ICAL_YEARLY_RECURRENCE:
+        rule->Frequency = RuleFrequency::Yearly;
+        break;
+    default:
+        return false;
     }
     if (parsed.week_start != ICAL_NO_WEEKDAY)
         rule->WeekStart = int(parsed.week_start) - 1;
@@ -133,10 +144,10 @@ bool TakeLibraryRule(const std::string& clean, CRecurRule* rule)
         if (std::find(rule->ByDay.begin(), rule->ByDay.end(), day) == rule->ByDay.end())
             rule->ByDay.push_back(day);
     }
-    return InRange(rule->ByMonth, 1, 12, false) && InRange(rule->ByMonthDay, 1, 31, true)
-           && InRange(rule->ByYearDay, 1, 366, true) && InRange(rule->ByWeekNo, 1, 53, true)
-           && InRange(rule->BySetPos, 1, 366, true) && InRange(rule->ByHour, 0, 23, false)
-           && InRange(rule->ByMinute, 0, 59, false) && InRange(rule->BySecond, 0, 60, false);
+    return InRange(rule->ByMonth, 1, 12, false) && InRange(rule->ByMonthDay, 1, 31, true) &&
+           InRange(rule->ByYearDay, 1, 366, true) && InRange(rule->ByWeekNo, 1, 53, true) &&
+           InRange(rule->BySetPos, 1, 366, true) && InRange(rule->ByHour, 0, 23, false) &&
+           InRange(rule->ByMinute, 0, 59, false) && InRange(rule->BySecond, 0, 60, false);
 }
 
 // Every BYxxx that stands in the text must have arrived; the library drops what it cannot read.
@@ -146,11 +157,11 @@ bool ArrivedWhole(const std::string& clean, const CRecurRule& rule)
         const size_t at = (";" + clean).find(std::string(";") + part + "=");
         return at == std::string::npos || arrived;
     };
-    return has("BYMONTH", !rule.ByMonth.empty()) && has("BYMONTHDAY", !rule.ByMonthDay.empty())
-           && has("BYYEARDAY", !rule.ByYearDay.empty()) && has("BYWEEKNO", !rule.ByWeekNo.empty())
-           && has("BYSETPOS", !rule.BySetPos.empty()) && has("BYDAY", !rule.ByDay.empty())
-           && has("BYHOUR", !rule.ByHour.empty()) && has("BYMINUTE", !rule.ByMinute.empty())
-           && has("BYSECOND", !rule.BySecond.empty());
+    return has("BYMONTH", !rule.ByMonth.empty()) && has("BYMONTHDAY", !rule.ByMonthDay.empty()) &&
+           has("BYYEARDAY", !rule.ByYearDay.empty()) && has("BYWEEKNO", !rule.ByWeekNo.empty()) &&
+           has("BYSETPOS", !rule.BySetPos.empty()) && has("BYDAY", !rule.ByDay.empty()) &&
+           has("BYHOUR", !rule.ByHour.empty()) && has("BYMINUTE", !rule.ByMinute.empty()) &&
+           has("BYSECOND", !rule.BySecond.empty());
 }
 } // namespace
 

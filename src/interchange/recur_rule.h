@@ -58,8 +58,8 @@ private:
     CRecurRule m_rule;
     qint64 m_start;
     qint64* m_budget;
-    std::vector<int> m_times; // seconds of the day, in order
+    std::vector<int> m_times;               // seconds of the day, in order
     int m_year = 0, m_month = 0, m_day = 0; // where the next period begins
-    std::vector<qint64> m_set; // of the period
+    std::vector<qint64> m_set;              // of the period
     size_t m_next = 0;
 };

@@ -27,12 +27,14 @@ bool KeepsTimeOfStart(const CRecurRule& rule, qint64 start)
     const auto same = [](const std::vector<int>& list, int value) {
         return list.empty() || (list.size() == 1 && list.front() == value);
     };
-    return same(rule.ByHour, second / 3600) && same(rule.ByMinute, second / 60 % 60) && same(rule.BySecond, second % 60);
+    return same(rule.ByHour, second / 3600) && same(rule.ByMinute, second / 60 % 60) &&
+           same(rule.BySecond, second % 60);
 }
 
 bool HasPlainDays(const CRecurRule& rule)
 {
-    return std::all_of(rule.ByDay.begin(), rule.ByDay.end(), [](const CRuleDay& day) { return day.Ordinal == 0; });
+    return std::all_of(rule.ByDay.begin(), rule.ByDay.end(),
+                       [](const CRuleDay& day) { return day.Ordinal == 0; });
 }
 
 int MaskOf(const CRecurRule& rule)
@@ -95,7 +97,8 @@ int DayInMonth(const CRecurrencePattern& part, int month, bool lastDay)
 }
 
 // Adds the part in each of the rule's months, from its first day on.
-void AddInMonths(CRecurrencePattern part, bool lastDay, const CMonths& months, int startDay, CRulePatterns& result)
+void AddInMonths(CRecurrencePattern part, bool lastDay, const CMonths& months, int startDay,
+                 CRulePatterns& result)
 {
     int year = 0, month = 0, day = 0;
     CivilOfDayNumber(startDay, &year, &month, &day);
@@ -112,7 +115,8 @@ void AddInMonths(CRecurrencePattern part, bool lastDay, const CMonths& months, i
                 continue;
             part.PatternStart = candidate;
             result.Parts.push_back(part);
-            const bool short_ = byDay && !lastDay && part.DayOfMonth > 28 && (months.Named.empty() || in == 2);
+            const bool short_ =
+                byDay && !lastDay && part.DayOfMonth > 28 && (months.Named.empty() || in == 2);
             result.ShowsOnShorterMonths = result.ShowsOnShorterMonths || short_;
             break;
         }
@@ -136,7 +140,8 @@ bool AddDaysOfMonth(const std::vector<int>& days, const CMonths& months, int sta
     return true;
 }
 
-bool AddOrdinals(const std::vector<CRuleDay>& days, const CMonths& months, int startDay, CRulePatterns& result)
+bool AddOrdinals(const std::vector<CRuleDay>& days, const CMonths& months, int startDay,
+                 CRulePatterns& result)
 {
     for (const CRuleDay& day : days) {
         // The fifth is not the last, and the fourth often is.
@@ -174,9 +179,9 @@ bool AddMonthly(const CRecurRule& rule, const CMonths& months, int startDay, CRu
     if (rule.ByDay.empty()) {
         int year = 0, month = 0, day = 0;
         CivilOfDayNumber(startDay, &year, &month, &day);
-        return rule.BySetPos.empty()
-               && AddDaysOfMonth(rule.ByMonthDay.empty() ? std::vector<int>{day} : rule.ByMonthDay, months, startDay,
-                                 result);
+        return rule.BySetPos.empty() &&
+               AddDaysOfMonth(rule.ByMonthDay.empty() ? std::vector<int>{day} : rule.ByMonthDay, months,
+                              startDay, result);
     }
     if (!HasPlainDays(rule))
         return rule.BySetPos.empty() && AddOrdinals(rule.ByDay, months, startDay, result);
@@ -220,8 +225,8 @@ bool AddParts(const CRecurRule& rule, int startDay, CRulePatterns& result)
     case RuleFrequency::Weekly:
         if (!rule.ByMonth.empty() || !rule.ByMonthDay.empty() || !rule.BySetPos.empty())
             return false;
-        AddWeekly(rule.ByDay.empty() ? 1 << DayOfWeekOf(startDay) : MaskOf(rule), rule.Interval, rule.WeekStart,
-                  startDay, result);
+        AddWeekly(rule.ByDay.empty() ? 1 << DayOfWeekOf(startDay) : MaskOf(rule), rule.Interval,
+                  rule.WeekStart, startDay, result);
         return true;
     case RuleFrequency::Monthly:
         if (!rule.ByMonth.empty() && rule.Interval != 1)
@@ -239,9 +244,9 @@ CRulePatterns PatternsOf(const CRecurRule& rule, qint64 start)
 {
     constexpr int kMaxInterval = 1000; // years are counted in months, in 16 bits
     CRulePatterns result;
-    if (!rule.ByYearDay.empty() || !rule.ByWeekNo.empty() || rule.Interval > kMaxInterval
-        || !KeepsTimeOfStart(rule, start) || !AddParts(rule, DayOfWall(start), result)
-        || result.Parts.size() > size_t(ImportLimit::SplitParts))
+    if (!rule.ByYearDay.empty() || !rule.ByWeekNo.empty() || rule.Interval > kMaxInterval ||
+        !KeepsTimeOfStart(rule, start) || !AddParts(rule, DayOfWall(start), result) ||
+        result.Parts.size() > size_t(ImportLimit::SplitParts))
         return {};
     return result;
 }

@@ -18,8 +18,14 @@ bool Contains(const std::vector<int>& list, int value)
     return std::find(list.begin(), list.end(), value) != list.end();
 }
 
-int LengthOfYear(int year) { return DayNumberOf(year + 1, 1, 1) - DayNumberOf(year, 1, 1); }
-int MonthStart(int year, int month) { return DayNumberOf(year + (month - 1) / 12, (month - 1) % 12 + 1, 1); }
+int LengthOfYear(int year)
+{
+    return DayNumberOf(year + 1, 1, 1) - DayNumberOf(year, 1, 1);
+}
+int MonthStart(int year, int month)
+{
+    return DayNumberOf(year + (month - 1) / 12, (month - 1) % 12 + 1, 1);
+}
 
 // The first day of week 1: the week that holds 4 January.
 int WeekOneOf(int year, int weekStart)
@@ -42,8 +48,8 @@ CRuleWalk::CRuleWalk(const CRecurRule& rule, qint64 start, qint64* budget)
             m_rule.ByMonthDay = {m_day};
         if (m_rule.Frequency == RuleFrequency::Yearly && m_rule.ByMonth.empty())
             m_rule.ByMonth = {m_month};
-    } else if (!m_rule.ByWeekNo.empty() && m_rule.ByDay.empty() && m_rule.ByMonthDay.empty()
-               && m_rule.ByYearDay.empty()) {
+    } else if (!m_rule.ByWeekNo.empty() && m_rule.ByDay.empty() && m_rule.ByMonthDay.empty() &&
+               m_rule.ByYearDay.empty()) {
         m_rule.ByDay = {{DayOfWeekOf(day), 0}};
     }
     const int second = SecondOfWall(start);
@@ -140,11 +146,11 @@ bool CRuleWalk::Matches(int number) const
     day.MonthLength = MonthStart(day.Year, day.Month + 1) - MonthStart(day.Year, day.Month);
     day.YearDay = number - DayNumberOf(day.Year, 1, 1) + 1;
     day.YearLength = LengthOfYear(day.Year);
-    if (!m_rule.ByMonthDay.empty() && !Contains(m_rule.ByMonthDay, day.Day)
-        && !Contains(m_rule.ByMonthDay, day.Day - day.MonthLength - 1))
+    if (!m_rule.ByMonthDay.empty() && !Contains(m_rule.ByMonthDay, day.Day) &&
+        !Contains(m_rule.ByMonthDay, day.Day - day.MonthLength - 1))
         return false;
-    if (!m_rule.ByYearDay.empty() && !Contains(m_rule.ByYearDay, day.YearDay)
-        && !Contains(m_rule.ByYearDay, day.YearDay - day.YearLength - 1))
+    if (!m_rule.ByYearDay.empty() && !Contains(m_rule.ByYearDay, day.YearDay) &&
+        !Contains(m_rule.ByYearDay, day.YearDay - day.YearLength - 1))
         return false;
     return MatchesWeekday(day) && MatchesWeekNumber(day);
 }
@@ -154,15 +160,16 @@ bool CRuleWalk::MatchesWeekday(const CDay& day) const
     if (m_rule.ByDay.empty())
         return true;
     const bool inMonth = m_rule.Frequency == RuleFrequency::Monthly || !m_rule.ByMonth.empty();
-    const bool counts = (m_rule.Frequency == RuleFrequency::Monthly || m_rule.Frequency == RuleFrequency::Yearly)
-                        && m_rule.ByWeekNo.empty();
+    const bool counts =
+        (m_rule.Frequency == RuleFrequency::Monthly || m_rule.Frequency == RuleFrequency::Yearly) &&
+        m_rule.ByWeekNo.empty();
     const int index = inMonth ? day.Day : day.YearDay;
     const int length = inMonth ? day.MonthLength : day.YearLength;
     return std::any_of(m_rule.ByDay.begin(), m_rule.ByDay.end(), [&](const CRuleDay& wanted) {
         if (wanted.Weekday != day.Weekday)
             return false;
-        return !counts || wanted.Ordinal == 0 || wanted.Ordinal == (index - 1) / 7 + 1
-               || wanted.Ordinal == -((length - index) / 7 + 1);
+        return !counts || wanted.Ordinal == 0 || wanted.Ordinal == (index - 1) / 7 + 1 ||
+               wanted.Ordinal == -((length - index) / 7 + 1);
     });
 }
 

@@ -24,8 +24,8 @@ QString OccurrenceName(qint64 wall, bool allDay)
     CivilOfDayNumber(DayOfWall(wall), &year, &month, &day);
     const int second = SecondOfWall(wall);
     return allDay ? QString::asprintf("%04d%02d%02d", year, month, day)
-                  : QString::asprintf("%04d%02d%02dT%02d%02d%02d", year, month, day, second / 3600, second / 60 % 60,
-                                      second % 60);
+                  : QString::asprintf("%04d%02d%02dT%02d%02d%02d", year, month, day, second / 3600,
+                                      second / 60 % 60, second % 60);
 }
 
 CSeriesPlan CSeriesBuilder::Build(const CEventDates& dates)
@@ -46,10 +46,11 @@ CSeriesPlan CSeriesBuilder::Build(const CEventDates& dates)
     CSeriesPlan plan;
     if (dates.Rule)
         BuildRule(dates, plan);
-    const bool startShown = std::any_of(plan.Records.begin(), plan.Records.end(), [&](const CPlannedRecord& record) {
-        return record.IsSeries ? DayNumber(record.Pattern.PatternStart) == DayOfWall(dates.Start)
-                               : record.Start == dates.Start;
-    });
+    const bool startShown =
+        std::any_of(plan.Records.begin(), plan.Records.end(), [&](const CPlannedRecord& record) {
+            return record.IsSeries ? DayNumber(record.Pattern.PatternStart) == DayOfWall(dates.Start)
+                                   : record.Start == dates.Start;
+        });
     if (!startShown && !IsExcluded(dates.Start)) {
         CPlannedRecord single;
         single.Start = dates.Start;
@@ -65,8 +66,8 @@ CSeriesPlan CSeriesBuilder::Build(const CEventDates& dates)
 
 bool CSeriesBuilder::IsExcluded(qint64 wall) const
 {
-    return std::binary_search(m_excludedDays.begin(), m_excludedDays.end(), DayOfWall(wall))
-           || std::binary_search(m_excludedWalls.begin(), m_excludedWalls.end(), wall);
+    return std::binary_search(m_excludedDays.begin(), m_excludedDays.end(), DayOfWall(wall)) ||
+           std::binary_search(m_excludedWalls.begin(), m_excludedWalls.end(), wall);
 }
 
 void CSeriesBuilder::BuildRule(const CEventDates& dates, CSeriesPlan& plan)
@@ -83,8 +84,8 @@ void CSeriesBuilder::BuildRule(const CEventDates& dates, CSeriesPlan& plan)
     AddSeries(dates, patterns.Parts, patterns.IsExact(), plan);
 }
 
-void CSeriesBuilder::AddSeries(const CEventDates& dates, const std::vector<CRecurrencePattern>& parts, bool exact,
-                               CSeriesPlan& plan)
+void CSeriesBuilder::AddSeries(const CEventDates& dates, const std::vector<CRecurrencePattern>& parts,
+                               bool exact, CSeriesPlan& plan)
 {
     const CRecurRule& rule = *dates.Rule;
     int lastDay = kEndOfTime;
@@ -92,7 +93,8 @@ void CSeriesBuilder::AddSeries(const CEventDates& dates, const std::vector<CRecu
     if (rule.Until) {
         // The last occurrence begins at or before UNTIL.
         lastDay = DayOfWall(rule.Until->Wall);
-        if (!rule.Until->IsDate && !dates.AllDay && SecondOfWall(rule.Until->Wall) < SecondOfWall(dates.Start))
+        if (!rule.Until->IsDate && !dates.AllDay &&
+            SecondOfWall(rule.Until->Wall) < SecondOfWall(dates.Start))
             --lastDay;
         ends = lastDay < kEndOfTime;
         lastDay = std::min(lastDay, kEndOfTime);
@@ -108,7 +110,9 @@ void CSeriesBuilder::AddSeries(const CEventDates& dates, const std::vector<CRecu
             continue;
         pattern.StartMinute = minute;
         pattern.EndMinute = minute + int((dates.End - dates.Start) / 60);
-        pattern.EndKind = counts ? PatternEndKind::Count : ends ? PatternEndKind::Date : PatternEndKind::Never;
+        pattern.EndKind = counts ? PatternEndKind::Count
+                          : ends ? PatternEndKind::Date
+                                 : PatternEndKind::Never;
         pattern.Occurrences = counts ? rule.Count : 1;
         if (counts)
             pattern.PatternEnd = DayOfOccurrence(pattern, rule.Count);
@@ -152,8 +156,9 @@ void CSeriesBuilder::PutDeletions(const CEventDates& dates, CRecurrencePattern& 
             continue;
         if (pattern.Exceptions.size() >= size_t(ImportLimit::Deletions)) {
             if (!m_toldDeletions)
-                m_report.LeftOut(dates.Line, QStringLiteral("excluded dates beyond the first %1")
-                                                 .arg(ImportLimit::Deletions));
+                m_report.LeftOut(
+                    dates.Line,
+                    QStringLiteral("excluded dates beyond the first %1").arg(ImportLimit::Deletions));
             m_toldDeletions = true;
             break;
         }
@@ -178,9 +183,9 @@ void CSeriesBuilder::AddOccurrences(const CEventDates& dates, CSeriesPlan& plan)
     while (n < ImportLimit::Occurrences) {
         if (!walk.Next(lastDay, &wall))
             break;
-        const bool pastUntil = rule.Until
-                               && (rule.Until->IsDate ? DayOfWall(wall) > DayOfWall(rule.Until->Wall)
-                                                      : wall > rule.Until->Wall);
+        const bool pastUntil =
+            rule.Until &&
+            (rule.Until->IsDate ? DayOfWall(wall) > DayOfWall(rule.Until->Wall) : wall > rule.Until->Wall);
         ended = pastUntil || (rule.Count > 0 && n >= rule.Count);
         if (ended)
             break;
@@ -193,7 +198,8 @@ void CSeriesBuilder::AddOccurrences(const CEventDates& dates, CSeriesPlan& plan)
         single.End = wall + (dates.End - dates.Start);
         plan.Records.push_back(single);
     }
-    ended = ended || (rule.Count > 0 && n >= rule.Count) || (rule.Until && DayOfWall(rule.Until->Wall) <= lastDay);
+    ended = ended || (rule.Count > 0 && n >= rule.Count) ||
+            (rule.Until && DayOfWall(rule.Until->Wall) <= lastDay);
     const QString told = QStringLiteral("the rule became %1 single items").arg(plan.Records.size());
     if (walk.IsExhausted())
         m_report.LeftOut(dates.Line, told + QStringLiteral(", the rest takes too long to compute"));
@@ -206,27 +212,31 @@ void CSeriesBuilder::AddOccurrences(const CEventDates& dates, CSeriesPlan& plan)
 void CSeriesBuilder::AddListed(const CEventDates& dates, CSeriesPlan& plan)
 {
     std::vector<CListedDate> added = dates.Added;
-    std::sort(added.begin(), added.end(), [](const CListedDate& a, const CListedDate& b) { return a.Wall < b.Wall; });
+    std::sort(added.begin(), added.end(),
+              [](const CListedDate& a, const CListedDate& b) { return a.Wall < b.Wall; });
     int count = 0;
     qint64 last = 0;
     bool any = false;
     for (const CListedDate& date : added) {
         // A date without a time repeats the time of the start.
-        const qint64 wall = date.IsDate && !dates.AllDay ? WallOfDay(DayOfWall(date.Wall)) + SecondOfWall(dates.Start)
-                            : dates.AllDay               ? WallOfDay(DayOfWall(date.Wall))
-                                                         : date.Wall;
-        if ((any && wall == last) || wall == dates.Start || IsExcluded(wall) || !IsStorable(wall)
-            || std::any_of(plan.Records.begin(), plan.Records.end(), [&](const CPlannedRecord& record) {
-                   return record.IsSeries ? SecondOfWall(wall) / 60 == record.Pattern.StartMinute
-                                                && DayOfWall(wall) <= DayNumber(record.Pattern.PatternEnd)
-                                                && PatternHitsDay(record.Pattern, DayOfWall(wall))
-                                          : record.Start == wall;
-               }))
+        const qint64 wall = date.IsDate && !dates.AllDay
+                                ? WallOfDay(DayOfWall(date.Wall)) + SecondOfWall(dates.Start)
+                            : dates.AllDay ? WallOfDay(DayOfWall(date.Wall))
+                                           : date.Wall;
+        if ((any && wall == last) || wall == dates.Start || IsExcluded(wall) || !IsStorable(wall) ||
+            std::any_of(plan.Records.begin(), plan.Records.end(), [&](const CPlannedRecord& record) {
+                return record.IsSeries ? SecondOfWall(wall) / 60 == record.Pattern.StartMinute &&
+                                             DayOfWall(wall) <= DayNumber(record.Pattern.PatternEnd) &&
+                                             PatternHitsDay(record.Pattern, DayOfWall(wall))
+                                       : record.Start == wall;
+            }))
             continue;
         any = true;
         last = wall;
         if (++count > ImportLimit::Occurrences) {
-            m_report.LeftOut(dates.Line, QStringLiteral("dates of the list beyond the first %1").arg(ImportLimit::Occurrences));
+            m_report.LeftOut(
+                dates.Line,
+                QStringLiteral("dates of the list beyond the first %1").arg(ImportLimit::Occurrences));
             break;
         }
         CPlannedRecord single;

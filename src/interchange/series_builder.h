@@ -36,20 +36,23 @@ struct CPlannedRecord {
 
 struct CSeriesPlan {
     std::vector<CPlannedRecord> Records; // the first one leads: it holds what is kept
-    bool KeepsRule = false;     // the records alone do not give the rule back
-    bool KeepsExcluded = false; // nor the excluded dates
+    bool KeepsRule = false;              // the records alone do not give the rule back
+    bool KeepsExcluded = false;          // nor the excluded dates
 };
 
 class CSeriesBuilder
 {
 public:
     CSeriesBuilder(int currentYear, qint64* budget, CImportReport& report)
-        : m_currentYear(currentYear), m_budget(budget), m_report(report) {}
+        : m_currentYear(currentYear), m_budget(budget), m_report(report)
+    {
+    }
     CSeriesPlan Build(const CEventDates& dates);
 
 private:
     void BuildRule(const CEventDates& dates, CSeriesPlan& plan);
-    void AddSeries(const CEventDates& dates, const std::vector<CRecurrencePattern>& parts, bool exact, CSeriesPlan& plan);
+    void AddSeries(const CEventDates& dates, const std::vector<CRecurrencePattern>& parts, bool exact,
+                   CSeriesPlan& plan);
     void AddOccurrences(const CEventDates& dates, CSeriesPlan& plan);
     void AddListed(const CEventDates& dates, CSeriesPlan& plan);
     int LastDayByCount(const CEventDates& dates);

@@ -15,8 +15,8 @@ constexpr int kFirstYear = 1900, kEndYear = 2100;
 
 struct CObservance {
     bool Daylight = false;
-    std::optional<qint64> Start;    // wall time before the change
-    std::optional<int> From, To;    // offsets
+    std::optional<qint64> Start; // wall time before the change
+    std::optional<int> From, To; // offsets
     std::optional<CRecurRule> Rule;
     std::vector<qint64> Dates;
 };
@@ -141,7 +141,8 @@ std::vector<COnset> OnsetsOf(const std::vector<CObservance>& observances, qint64
                 AddOnset(source, wall, onsets);
         }
     }
-    std::stable_sort(onsets.begin(), onsets.end(), [](const COnset& a, const COnset& b) { return a.Utc < b.Utc; });
+    std::stable_sort(onsets.begin(), onsets.end(),
+                     [](const COnset& a, const COnset& b) { return a.Utc < b.Utc; });
     return onsets;
 }
 
@@ -168,7 +169,10 @@ SystemTime RuleOf(const COnset& onset)
     return rule;
 }
 
-int MinutesWest(int offset) { return -int(FloorDiv(offset + 30, 60)); }
+int MinutesWest(int offset)
+{
+    return -int(FloorDiv(offset + 30, 60));
+}
 
 TimeZoneInformation RecordOf(const std::vector<COnset>& onsets, int year)
 {
@@ -212,5 +216,6 @@ std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int curr
         last = *onset.Source->To;
         changes.push_back({onset.Utc, last});
     }
-    return std::make_shared<CFileZone>(*onsets.front().Source->From, std::move(changes), RecordOf(onsets, currentYear));
+    return std::make_shared<CFileZone>(*onsets.front().Source->From, std::move(changes),
+                                       RecordOf(onsets, currentYear));
 }

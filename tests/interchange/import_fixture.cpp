@@ -12,16 +12,20 @@ std::string DateText(DATE date, bool allDay)
     if (!VariantTimeToSystemTime(date, &time))
         return "none";
     const QString text = allDay ? QString::asprintf("%04d-%02d-%02d", time.wYear, time.wMonth, time.wDay)
-                                : QString::asprintf("%04d-%02d-%02d %02d:%02d", time.wYear, time.wMonth, time.wDay,
-                                                    time.wHour, time.wMinute);
+                                : QString::asprintf("%04d-%02d-%02d %02d:%02d", time.wYear, time.wMonth,
+                                                    time.wDay, time.wHour, time.wMinute);
     return text.toStdString();
 }
 
-std::string MinuteText(int minute) { return QString::asprintf("%02d:%02d", minute / 60, minute % 60).toStdString(); }
+std::string MinuteText(int minute)
+{
+    return QString::asprintf("%02d:%02d", minute / 60, minute % 60).toStdString();
+}
 
 std::string PatternText(const CRecurrencePattern& p)
 {
-    static const char* const kTypes[] = {"daily", "weekly", "monthly", "monthly-nth", "?", "yearly", "yearly-nth"};
+    static const char* const kTypes[] = {"daily", "weekly", "monthly",   "monthly-nth",
+                                         "?",     "yearly", "yearly-nth"};
     std::string text = std::string(kTypes[std::clamp(p.Type, 0, 6)]) + " " + std::to_string(p.Interval);
     if (p.DayMask)
         text += " mask " + std::to_string(p.DayMask);
@@ -31,9 +35,11 @@ std::string PatternText(const CRecurrencePattern& p)
         text += " nth " + std::to_string(p.Instance);
     text += " from " + DateText(p.PatternStart, true);
     if (p.EndKind != PatternEndKind::Never)
-        text += (p.EndKind == PatternEndKind::Count ? " count " + std::to_string(p.Occurrences) + " to " : " to ")
-                + DateText(p.PatternEnd, true);
-    text += " at " + MinuteText(p.StartMinute) + "-" + MinuteText(p.EndMinute) + " bias " + std::to_string(p.ZoneBias);
+        text += (p.EndKind == PatternEndKind::Count ? " count " + std::to_string(p.Occurrences) + " to "
+                                                    : " to ") +
+                DateText(p.PatternEnd, true);
+    text += " at " + MinuteText(p.StartMinute) + "-" + MinuteText(p.EndMinute) + " bias " +
+            std::to_string(p.ZoneBias);
     for (const CRecurrenceException& e : p.Exceptions) {
         text += "; " + DateText(e.OriginalDay, true);
         if (e.Deleted) {
@@ -56,8 +62,8 @@ std::string PatternText(const CRecurrencePattern& p)
 
 std::string CImported::Counts() const
 {
-    return std::to_string(Created) + " created " + std::to_string(Updated) + " updated " + std::to_string(Unchanged)
-           + " unchanged " + std::to_string(LeftOut) + " left out";
+    return std::to_string(Created) + " created " + std::to_string(Updated) + " updated " +
+           std::to_string(Unchanged) + " unchanged " + std::to_string(LeftOut) + " left out";
 }
 
 ImportTest::ImportTest()
@@ -137,11 +143,13 @@ std::string ImportTest::Items(const std::string& uid)
         EXPECT_TRUE(m_app->GetAppointmentFromOid(key.ItemId, item).IsOk());
         const bool allDay = item->get_AllDayEvent();
         std::string text = key.OccurrenceId.toStdString() + "|" + item->get_Subject().toStdString() + "|";
-        text += item->get_IsRecurring() ? PatternText(item->GetRecurrencePattern()->Pattern())
-                                        : DateText(item->get_Start(), allDay) + ".." + DateText(item->get_End(), allDay);
+        text += item->get_IsRecurring()
+                    ? PatternText(item->GetRecurrencePattern()->Pattern())
+                    : DateText(item->get_Start(), allDay) + ".." + DateText(item->get_End(), allDay);
         lines.emplace_back(item->get_Start(), text + (allDay ? " all-day" : "") + "\n");
     }
-    std::stable_sort(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::stable_sort(lines.begin(), lines.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
     std::string all;
     for (const auto& [start, text] : lines)
         all += text;
@@ -165,16 +173,20 @@ std::string ImportTest::Item(const std::string& uid)
     if (!item)
         return {};
     const CForeignData& foreign = item->Foreign();
-    std::string text = "subject=" + item->get_Subject().toStdString() + "\nlocation=" + item->get_Location().toStdString()
-                       + "\nnote=" + item->get_Body().toStdString() + "\nbusy=" + std::to_string(item->get_BusyStatus())
-                       + "\nsensitivity=" + std::to_string(item->get_Sensitivity()) + "\ncategories="
-                       + item->get_Categories().toStdString() + "\nreminder="
-                       + (item->get_ReminderSet() ? std::to_string(item->get_ReminderMinutesBeforeStart()) : "none")
-                       + "\norganizer=" + foreign.Organizer.toStdString() + "\nattendees=";
+    std::string text =
+        "subject=" + item->get_Subject().toStdString() + "\nlocation=" + item->get_Location().toStdString() +
+        "\nnote=" + item->get_Body().toStdString() + "\nbusy=" + std::to_string(item->get_BusyStatus()) +
+        "\nsensitivity=" + std::to_string(item->get_Sensitivity()) +
+        "\ncategories=" + item->get_Categories().toStdString() + "\nreminder=" +
+        (item->get_ReminderSet() ? std::to_string(item->get_ReminderMinutesBeforeStart()) : "none") +
+        "\norganizer=" + foreign.Organizer.toStdString() + "\nattendees=";
     for (int i = 1; i <= item->get_Recipients()->get_Count(); ++i)
-        text += item->get_Recipients()->Item(i)->get_Name().toStdString() + "<"
-                + item->get_Recipients()->Item(i)->get_Address().toStdString() + ">";
+        text += item->get_Recipients()->Item(i)->get_Name().toStdString() + "<" +
+                item->get_Recipients()->Item(i)->get_Address().toStdString() + ">";
     return text + "\nkept=" + foreign.Text.toStdString();
 }
 
-qint64 ImportTest::RecordCount() { return m_volume->RecordCount(kAppointmentsDatabase); }
+qint64 ImportTest::RecordCount()
+{
+    return m_volume->RecordCount(kAppointmentsDatabase);
+}

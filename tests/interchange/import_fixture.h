@@ -12,7 +12,7 @@ struct CImported {
     ImportResult Result = ImportResult::Done;
     qint64 Created = 0, Updated = 0, Unchanged = 0, LeftOut = 0;
     std::vector<std::string> Told; // "line: text"
-    std::string Counts() const; // "1 created 0 updated 0 unchanged 0 left out"
+    std::string Counts() const;    // "1 created 0 updated 0 unchanged 0 left out"
 };
 
 class ImportTest : public testing::Test

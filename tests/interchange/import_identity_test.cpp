@@ -7,9 +7,11 @@ std::string Event(const std::string& uid, const std::string& lines, const std::s
 {
     return "BEGIN:VEVENT\nUID:" + uid + "\nSUMMARY:" + subject + "\n" + lines + "\nEND:VEVENT\n";
 }
-const std::string kDaily = "DTSTART;TZID=Europe/Berlin:20260310T080000\nDURATION:PT1H\nRRULE:FREQ=DAILY;COUNT=5";
+const std::string kDaily =
+    "DTSTART;TZID=Europe/Berlin:20260310T080000\nDURATION:PT1H\nRRULE:FREQ=DAILY;COUNT=5";
 const std::string kSeries = "|x|daily 1 from 2026-03-10 count 5 to 2026-03-14 at 08:00-09:00 bias -60";
-const std::string kMove = "RECURRENCE-ID;TZID=Europe/Berlin:20260312T080000\nDTSTART;TZID=Europe/Berlin:20260312T100000\nDURATION:PT2H";
+const std::string kMove = "RECURRENCE-ID;TZID=Europe/Berlin:20260312T080000\nDTSTART;TZID=Europe/"
+                          "Berlin:20260312T100000\nDURATION:PT2H";
 const std::string kMoved = "; 2026-03-12 is 2026-03-12 10:00..2026-03-12 12:00 'y'\n";
 } // namespace
 
@@ -19,16 +21,22 @@ TEST_F(ImportTest, SecondImportChangesNothing)
         Event("a", "DTSTART:20260310T080000\nDTSTAMP:20260101T000000Z"),
         Event("b", kDaily) + Event("b", kMove, "y"),
         Event("c", kMove, "y"),
-        Event("d", "DTSTART:20260310") + Event("d", "DTSTART:20260311") + Event("d", "DTSTART:20260312\nSEQUENCE:2"),
+        Event("d", "DTSTART:20260310") + Event("d", "DTSTART:20260311") +
+            Event("d", "DTSTART:20260312\nSEQUENCE:2"),
         "BEGIN:VEVENT\nSUMMARY:no identity\nDTSTART:20260310\nEND:VEVENT\nBEGIN:VEVENT\nSUMMARY:no identity\n"
         "DTSTART:20260310\nEND:VEVENT",
         Event("e", "DTSTART:20260101T080000\nRRULE:FREQ=MONTHLY;BYDAY=TH;BYMONTHDAY=1;COUNT=2"),
-        Event("f", kDaily) + Event("f", "RECURRENCE-ID;TZID=Europe/Berlin:20260313T080000\nDTSTART;TZID=Europe/Berlin:20260313T080000\n"
+        Event("f", kDaily) + Event("f", "RECURRENCE-ID;TZID=Europe/"
+                                        "Berlin:20260313T080000\nDTSTART;TZID=Europe/Berlin:20260313T080000\n"
                                         "STATUS:CANCELLED"),
-        Event("g", kDaily) + Event("g", "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260313T080000\n"
-                                        "DTSTART;TZID=Europe/Berlin:20260313T090000\nDURATION:PT1H", "y"),
-        Event("h", kDaily) + Event("h", "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260310T080000\n"
-                                        "DTSTART;TZID=Europe/Berlin:20260311T090000\nDURATION:PT1H", "y"),
+        Event("g", kDaily) + Event("g",
+                                   "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260313T080000\n"
+                                   "DTSTART;TZID=Europe/Berlin:20260313T090000\nDURATION:PT1H",
+                                   "y"),
+        Event("h", kDaily) + Event("h",
+                                   "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260310T080000\n"
+                                   "DTSTART;TZID=Europe/Berlin:20260311T090000\nDURATION:PT1H",
+                                   "y"),
     };
     for (const std::string& file : files) {
         const CImported first = Import(file);
@@ -85,7 +93,8 @@ TEST_F(ImportTest, HigherSequenceWins)
     EXPECT_EQ(Import(old).Counts(), "0 created 0 updated 1 unchanged 0 left out");
     EXPECT_EQ(Items("a"), "|new|2026-03-11..2026-03-12 all-day\n");
 
-    Import(Event("b", "DTSTART:20260311\nSEQUENCE:2", "new") + Event("b", "DTSTART:20260310\nSEQUENCE:1", "old"));
+    Import(Event("b", "DTSTART:20260311\nSEQUENCE:2", "new") +
+           Event("b", "DTSTART:20260310\nSEQUENCE:1", "old"));
     EXPECT_EQ(Items("b"), "|new|2026-03-11..2026-03-12 all-day\n");
 }
 
@@ -118,7 +127,8 @@ TEST_F(ImportTest, ChangedOccurrenceFindsItsSeriesWhereverItStands)
     Import(Event("late", kMove, "y"));
     EXPECT_EQ(Items("late"), "R20260312T070000Z|y|2026-03-12 10:00..2026-03-12 12:00\n");
     Import(Event("late", kDaily));
-    EXPECT_EQ(Items("late"), kSeries + "; 2026-03-12 gone\nR20260312T070000Z|y|2026-03-12 10:00..2026-03-12 12:00\n");
+    EXPECT_EQ(Items("late"),
+              kSeries + "; 2026-03-12 gone\nR20260312T070000Z|y|2026-03-12 10:00..2026-03-12 12:00\n");
 }
 
 TEST_F(ImportTest, OccurrenceThatStandsAloneStaysSo)
@@ -127,7 +137,8 @@ TEST_F(ImportTest, OccurrenceThatStandsAloneStaysSo)
     Import(Event("a", kDaily));
     EXPECT_EQ(Import(Event("a", kMove, "y")).Counts(), "0 created 0 updated 1 unchanged 0 left out");
     Import(Event("a", kDaily) + Event("a", kMove, "z"));
-    EXPECT_EQ(Items("a"), kSeries + "; 2026-03-12 gone\nR20260312T070000Z|z|2026-03-12 10:00..2026-03-12 12:00\n");
+    EXPECT_EQ(Items("a"),
+              kSeries + "; 2026-03-12 gone\nR20260312T070000Z|z|2026-03-12 10:00..2026-03-12 12:00\n");
 }
 
 TEST_F(ImportTest, ChangedSeriesKeepsTheChangesOfItsFile)
@@ -145,9 +156,12 @@ TEST_F(ImportTest, OccurrenceIsFoundByItsMoment)
     const struct {
         const char* Id;
         bool Found;
-    } kCases[] = {{"RECURRENCE-ID:20260312T070000Z", true},      {"RECURRENCE-ID;VALUE=DATE:20260312", true},
-                  {"RECURRENCE-ID:20260312T080000", true},       {"RECURRENCE-ID;TZID=America/New_York:20260312T030000", true},
-                  {"RECURRENCE-ID:20260312T080000Z", false},     {"RECURRENCE-ID;VALUE=DATE:20260320", false}};
+    } kCases[] = {{"RECURRENCE-ID:20260312T070000Z", true},
+                  {"RECURRENCE-ID;VALUE=DATE:20260312", true},
+                  {"RECURRENCE-ID:20260312T080000", true},
+                  {"RECURRENCE-ID;TZID=America/New_York:20260312T030000", true},
+                  {"RECURRENCE-ID:20260312T080000Z", false},
+                  {"RECURRENCE-ID;VALUE=DATE:20260320", false}};
     int n = 0;
     for (const auto& c : kCases) {
         const std::string uid = "case" + std::to_string(n++);
@@ -159,23 +173,30 @@ TEST_F(ImportTest, OccurrenceIsFoundByItsMoment)
 
 TEST_F(ImportTest, CancelledAndLaterOccurrences)
 {
-    Import(Event("a", kDaily) + Event("a", "RECURRENCE-ID:20260312T070000Z\nDTSTART:20260312T070000Z\nSTATUS:CANCELLED"));
+    Import(Event("a", kDaily) +
+           Event("a", "RECURRENCE-ID:20260312T070000Z\nDTSTART:20260312T070000Z\nSTATUS:CANCELLED"));
     EXPECT_EQ(Items("a"), kSeries + "; 2026-03-12 gone\n");
 
-    Import(Event("b", kDaily) + Event("b", kMove, "y")
-           + Event("b", "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260313T080000\n"
-                        "DTSTART;TZID=Europe/Berlin:20260313T110000\nDURATION:PT30M", "later"));
-    EXPECT_EQ(Items("b"), "|x|daily 1 from 2026-03-10 to 2026-03-12 at 08:00-09:00 bias -60" + kMoved
-                              + "T20260313T070000Z|later|daily 1 from 2026-03-13 count 2 to 2026-03-14 at 11:00-11:30 bias -60\n");
+    Import(Event("b", kDaily) + Event("b", kMove, "y") +
+           Event("b",
+                 "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260313T080000\n"
+                 "DTSTART;TZID=Europe/Berlin:20260313T110000\nDURATION:PT30M",
+                 "later"));
+    EXPECT_EQ(Items("b"), "|x|daily 1 from 2026-03-10 to 2026-03-12 at 08:00-09:00 bias -60" + kMoved +
+                              "T20260313T070000Z|later|daily 1 from 2026-03-13 count 2 to 2026-03-14 at "
+                              "11:00-11:30 bias -60\n");
 
-    // A changed one among the later ones is still named by the first series; then the later ones change again.
-    const std::string all = "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260312T080000\nDURATION:PT30M\n"
-                            "DTSTART;TZID=Europe/Berlin:";
-    Import(Event("c", kDaily) + Event("c", all + "20260312T090000", "later")
-           + Event("c", "RECURRENCE-ID:20260313T070000Z\nDTSTART:20260313T130000Z", "one"));
+    // A changed one among the later ones is still named by the first series; then the later ones change
+    // again.
+    const std::string all =
+        "RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/Berlin:20260312T080000\nDURATION:PT30M\n"
+        "DTSTART;TZID=Europe/Berlin:";
+    Import(Event("c", kDaily) + Event("c", all + "20260312T090000", "later") +
+           Event("c", "RECURRENCE-ID:20260313T070000Z\nDTSTART:20260313T130000Z", "one"));
     const std::string first = "|x|daily 1 from 2026-03-10 to 2026-03-11 at 08:00-09:00 bias -60\n";
-    EXPECT_EQ(Items("c"), first + "T20260312T070000Z|later|daily 1 from 2026-03-12 count 3 to 2026-03-14 at 09:00-09:30 "
-                                  "bias -60; 2026-03-13 is 2026-03-13 14:00..2026-03-13 14:00 'one'\n");
+    EXPECT_EQ(Items("c"),
+              first + "T20260312T070000Z|later|daily 1 from 2026-03-12 count 3 to 2026-03-14 at 09:00-09:30 "
+                      "bias -60; 2026-03-13 is 2026-03-13 14:00..2026-03-13 14:00 'one'\n");
     EXPECT_EQ(Import(Event("c", kDaily) + Event("c", all + "20260312T093000", "later")).Counts(),
               "0 created 1 updated 1 unchanged 0 left out");
     EXPECT_EQ(m_app->FindByUid(QStringLiteral("c")).size(), 2u);
@@ -189,10 +210,17 @@ TEST_F(ImportTest, CancelledItem)
 
     // A cancellation by itself: of an item that is there, and of one that never was.
     Import(Event("b", "DTSTART:20260310"));
-    const CImported told = Import("METHOD:CANCEL\n" + Event("b", "DTSTART:20260310\nSEQUENCE:1") + Event("c", "DTSTART:20260310"));
+    const CImported told = Import("METHOD:CANCEL\n" + Event("b", "DTSTART:20260310\nSEQUENCE:1") +
+                                  Event("c", "DTSTART:20260310"));
     EXPECT_EQ(told.Counts(), "0 created 1 updated 0 unchanged 1 left out");
     EXPECT_EQ(Items("b"), "|Cancelled: x|2026-03-10..2026-03-11 all-day\n");
     EXPECT_EQ(Items("c"), "");
+
+    Import(Event("d", kDaily));
+    Import("METHOD:CANCEL\n" + Event("d", kMove));
+    EXPECT_EQ(Items("d"), kSeries + "; 2026-03-12 gone\n");
+    EXPECT_EQ(Import("METHOD:REPLY\n" + Event("d", kDaily, "answer")).Counts(),
+              "0 created 0 updated 0 unchanged 1 left out");
 }
 
 TEST_F(ImportTest, OwnersChangesOutliveTheSameFile)

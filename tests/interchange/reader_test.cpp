@@ -78,15 +78,23 @@ TEST(LineReader, UnfoldsWhateverTheBlocks)
         {"blank lines", "\r\n\r\nA:1\r\n\r\n\r\nB:2\r\n\r\n", "3=A:1|6=B:2|"},
         {"blank lines within folds", "A:1\n\n 2\n\n\n 3\nB:4\n", "1=A:123|7=B:4|"},
         {"an empty fold", "A:1\n \n 2\n", "1=A:12|"},
-        {"NUL", std::string("A:1\0" "2\nB:3\n", 9), "1=A:12|2=B:3|"},
-        {"UTF-8 mark", "\xEF\xBB\xBF" "A:1\n", "1=A:1|"},
+        {"NUL",
+         std::string("A:1\0"
+                     "2\nB:3\n",
+                     9),
+         "1=A:12|2=B:3|"},
+        {"UTF-8 mark",
+         "\xEF\xBB\xBF"
+         "A:1\n",
+         "1=A:1|"},
         {"fold inside a character", "A:\xC3\n \xBC\n", "1=A:\xC3\xBC|"},
         {"Latin-1", "A:\xFC\nB:\xC3\xBC\n", "1=A:\xC3\xBC|2=B:\xC3\xBC|"},
         {"starts with a blank", " A:1\nB:2\n", "1= A:1|2=B:2|"},
         {"nothing", "", ""},
         {"only ends", "\r\n\n\r", ""},
         {"UTF-16", Utf16(u"A:\u00FC\r\nB:2\r\n", false), "1=A:\xC3\xBC|2=B:2|"},
-        {"UTF-16 the other way", Utf16(u"A:\u00FC\r\n \U0001F600\r\n", true), "1=A:\xC3\xBC\xF0\x9F\x98\x80|"},
+        {"UTF-16 the other way", Utf16(u"A:\u00FC\r\n \U0001F600\r\n", true),
+         "1=A:\xC3\xBC\xF0\x9F\x98\x80|"},
     };
     for (const auto& c : kCases)
         for (const size_t block : {1, 2, 3, 7, 4096})
@@ -103,18 +111,23 @@ TEST(ComponentReader, CutsStreamsWithFaults)
         qint64 LeftOut;
     } kCases[] = {
         {"plain", "BEGIN:VCALENDAR\n" + event + "END:VCALENDAR\n", "VEVENT@2(UID:a,)", 0},
-        {"mixed case", "begin:vCalendar\nBegin:vEvent\nuid:a\nEND:VEVENT \nend:VCALENDAR\n", "VEVENT@2(uid:a,)", 0},
-        {"several calendars", "BEGIN:VCALENDAR\n" + event + "END:VCALENDAR\nBEGIN:VCALENDAR\n" + event + "END:VCALENDAR\n",
+        {"mixed case", "begin:vCalendar\nBegin:vEvent\nuid:a\nEND:VEVENT \nend:VCALENDAR\n",
+         "VEVENT@2(uid:a,)", 0},
+        {"several calendars",
+         "BEGIN:VCALENDAR\n" + event + "END:VCALENDAR\nBEGIN:VCALENDAR\n" + event + "END:VCALENDAR\n",
          "VEVENT@2(UID:a,)VEVENT@7(UID:a,)", 0},
         {"no calendar around", event, "VEVENT@1(UID:a,)", 0},
         {"within", "BEGIN:VEVENT\nUID:a\nBEGIN:VALARM\nX:1\nEND:VALARM\nEND:VEVENT\n",
          "VEVENT@1(UID:a,BEGIN:VALARM,X:1,END:VALARM,)", 0},
-        {"never closed", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:b\n" + event + "END:VCALENDAR\n", "VEVENT@4(UID:a,)", 1},
+        {"never closed", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:b\n" + event + "END:VCALENDAR\n",
+         "VEVENT@4(UID:a,)", 1},
         {"cut", "BEGIN:VCALENDAR\n" + event + "BEGIN:VEVENT\nUID:cu", "VEVENT@2(UID:a,)", 1},
         {"alarm never closed", "BEGIN:VEVENT\nBEGIN:VALARM\nX:1\nEND:VEVENT\n" + event,
          "VEVENT@1(BEGIN:VALARM,X:1,END:VALARM,)VEVENT@5(UID:a,)", 0},
-        {"END alone", "BEGIN:VCALENDAR\nEND:VEVENT\n" + event + "END:VTODO\nEND:VCALENDAR\n", "VEVENT@3(UID:a,)", 0},
-        {"not wanted", "BEGIN:VTODO\nUID:t\nEND:VTODO\nBEGIN:VTODO\nUID:t\nEND:VTODO\n" + event, "VEVENT@7(UID:a,)", 2},
+        {"END alone", "BEGIN:VCALENDAR\nEND:VEVENT\n" + event + "END:VTODO\nEND:VCALENDAR\n",
+         "VEVENT@3(UID:a,)", 0},
+        {"not wanted", "BEGIN:VTODO\nUID:t\nEND:VTODO\nBEGIN:VTODO\nUID:t\nEND:VTODO\n" + event,
+         "VEVENT@7(UID:a,)", 2},
         {"unknown around", "BEGIN:X-BOX\nBEGIN:X-BOX\n" + event + "END:X-BOX\nEND:X-BOX\n" + event,
          "VEVENT@3(UID:a,)VEVENT@8(UID:a,)", 1},
     };
@@ -161,7 +174,8 @@ TEST(ComponentReader, HoldsNoMoreThanItsLimits)
 
 TEST(ComponentReader, MergesNeighbouringListsOfDates)
 {
-    const CRead read = Components("BEGIN:VEVENT\nEXDATE:1\nEXDATE:2\nEXDATE;TZID=X:3\nEXDATE;TZID=X:4\nRDATE:5\nEND:VEVENT\n");
+    const CRead read = Components(
+        "BEGIN:VEVENT\nEXDATE:1\nEXDATE:2\nEXDATE;TZID=X:3\nEXDATE;TZID=X:4\nRDATE:5\nEND:VEVENT\n");
     EXPECT_EQ(read.Components, "VEVENT@1(EXDATE:1,2,EXDATE;TZID=X:3,4,RDATE:5,)");
 }
 
@@ -173,7 +187,8 @@ TEST(PropertyLine, TakesPartsApart)
         const char *Name, *Value, *Cn;
     } kCases[] = {
         {"SUMMARY:a:b;c", true, "SUMMARY", "a:b;c", ""},
-        {"ATTENDEE;CN=\"Doe; John: x, y\";ROLE=CHAIR:mailto:j@d", true, "ATTENDEE", "mailto:j@d", "Doe; John: x, y"},
+        {"ATTENDEE;CN=\"Doe; John: x, y\";ROLE=CHAIR:mailto:j@d", true, "ATTENDEE", "mailto:j@d",
+         "Doe; John: x, y"},
         {"ATTENDEE;ROLE=CHAIR;cn=Joe:mailto:j@d", true, "ATTENDEE", "mailto:j@d", "Joe"},
         {"ATTENDEE;CN=\"never closed:mailto:j@d", true, "ATTENDEE", "mailto:j@d", "\"never closed"},
         {"A;X:", true, "A", "", ""},
@@ -191,8 +206,8 @@ TEST(PropertyLine, TakesPartsApart)
         EXPECT_EQ(line.Parameter("CN"), c.Cn) << c.Line;
     }
     EXPECT_EQ(TextOf("a\\, b\\; c\\\\ d\\ne\\Nf\\"), QStringLiteral("a, b; c\\ d\ne\nf\\"));
-    EXPECT_EQ(TextListOf("one, two\\, three,,four", 10), QStringList({QStringLiteral("one"), QStringLiteral("two, three"),
-                                                                     QStringLiteral("four")}));
+    EXPECT_EQ(TextListOf("one, two\\, three,,four", 10),
+              QStringList({QStringLiteral("one"), QStringLiteral("two, three"), QStringLiteral("four")}));
     EXPECT_EQ(Tidy(QStringLiteral("a\r\nb\tc\x01"), 100, true), QStringLiteral("a b\tc "));
     EXPECT_EQ(Tidy(QStringLiteral("\U0001F600\U0001F600"), 3, true), QStringLiteral("\U0001F600"));
 }

@@ -41,8 +41,10 @@ std::vector<int> WalkDays(const CRecurRule& rule, qint64 start, int lastDay, siz
     std::vector<int> days;
     qint64 budget = 100'000'000, wall = 0;
     CRuleWalk walk(rule, start, &budget);
-    while (days.size() < most && (rule.Count == 0 || days.size() < size_t(rule.Count)) && walk.Next(lastDay, &wall)) {
-        if (rule.Until && (rule.Until->IsDate ? DayOfWall(wall) > DayOfWall(rule.Until->Wall) : wall > rule.Until->Wall))
+    while (days.size() < most && (rule.Count == 0 || days.size() < size_t(rule.Count)) &&
+           walk.Next(lastDay, &wall)) {
+        if (rule.Until &&
+            (rule.Until->IsDate ? DayOfWall(wall) > DayOfWall(rule.Until->Wall) : wall > rule.Until->Wall))
             break;
         days.push_back(DayOfWall(wall));
     }
@@ -82,23 +84,27 @@ TEST(Rule, MeansTheseDays)
         {"FREQ=MONTHLY;BYDAY=5MO", "20260301T090000", "2026-03-30 2026-06-29 2026-08-31 "},
         {"FREQ=MONTHLY;BYMONTHDAY=31", "20260131T090000", "2026-01-31 2026-03-31 2026-05-31 "},
         {"FREQ=YEARLY", "20240229T090000", "2024-02-29 2028-02-29 "},
-        {"FREQ=DAILY;BYMONTH=1;UNTIL=20260103T090000Z", "20260101T090000", "2026-01-01 2026-01-02 2026-01-03 "},
+        {"FREQ=DAILY;BYMONTH=1;UNTIL=20260103T090000Z", "20260101T090000",
+         "2026-01-01 2026-01-02 2026-01-03 "},
         {"freq=weekly;byday=mo, we", "20260302T090000", "2026-03-02 2026-03-04 2026-03-09 "},
-        {"FREQ=MONTHLY;BYDAY=MO,TU,WE,TH,FR;BYSETPOS=-1", "20260101T090000", "2026-01-30 2026-02-27 2026-03-31 "},
+        {"FREQ=MONTHLY;BYDAY=MO,TU,WE,TH,FR;BYSETPOS=-1", "20260101T090000",
+         "2026-01-30 2026-02-27 2026-03-31 "},
     };
     for (const auto& c : kCases) {
         const std::string wanted = c.Days;
-        const auto days = WalkDays(Parsed(c.Rule), Moment(c.Start), DayNumberOf(2040, 1, 1), wanted.size() / 11);
+        const auto days =
+            WalkDays(Parsed(c.Rule), Moment(c.Start), DayNumberOf(2040, 1, 1), wanted.size() / 11);
         EXPECT_EQ(Texts(days), wanted) << c.Rule;
     }
 }
 
 TEST(Rule, RefusesWhatMakesNoSense)
 {
-    for (const char* text : {"", "FREQ=SOMETIMES", "FREQ=WEEKLY;BYDAY=XX,MO", "INTERVAL=2", "FREQ=DAILY;UNTIL=tomorrow",
-                             "FREQ=MONTHLY;BYMONTHDAY=77", "FREQ=WEEKLY;COUNT=-3", "FREQ=DAILY;INTERVAL=0",
-                             "FREQ=WEEKLY;INTERVAL=-1", "FREQ=HOURLY", "FREQ=SECONDLY;COUNT=2", "FREQ=DAILY;COUNT=99999999999",
-                             "FREQ=YEARLY;BYMONTH=13", "FREQ=DAILY;BYHOUR=1,2,3;BYMINUTE=1,2,3,4,5,6,7,8,9"}) {
+    for (const char* text :
+         {"", "FREQ=SOMETIMES", "FREQ=WEEKLY;BYDAY=XX,MO", "INTERVAL=2", "FREQ=DAILY;UNTIL=tomorrow",
+          "FREQ=MONTHLY;BYMONTHDAY=77", "FREQ=WEEKLY;COUNT=-3", "FREQ=DAILY;INTERVAL=0",
+          "FREQ=WEEKLY;INTERVAL=-1", "FREQ=HOURLY", "FREQ=SECONDLY;COUNT=2", "FREQ=DAILY;COUNT=99999999999",
+          "FREQ=YEARLY;BYMONTH=13", "FREQ=DAILY;BYHOUR=1,2,3;BYMINUTE=1,2,3,4,5,6,7,8,9"}) {
         CRecurRule rule;
         QString reason, note;
         EXPECT_FALSE(ParseRule(text, &rule, &reason, &note)) << text;
@@ -126,10 +132,13 @@ TEST(Rule, AgreesWithSharedCases)
     if (!file.open(QIODevice::ReadOnly))
         GTEST_SKIP() << "no shared data";
     int checked = 0;
-    const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).object()[QLatin1String("cases")].toArray();
+    const QJsonArray cases =
+        QJsonDocument::fromJson(file.readAll()).object()[QLatin1String("cases")].toArray();
     for (const QJsonValue& value : cases) {
         const QJsonObject c = value.toObject();
-        const auto day = [](const QJsonValue& text) { return Moment(text.toString().remove(QLatin1Char('-')).toStdString()); };
+        const auto day = [](const QJsonValue& text) {
+            return Moment(text.toString().remove(QLatin1Char('-')).toStdString());
+        };
         const CRecurRule rule = Parsed(c[QLatin1String("rrule")].toString().toStdString());
         const QJsonArray window = c[QLatin1String("window")].toArray();
         const int from = DayOfWall(day(window[0])), to = DayOfWall(day(window[1]));
@@ -167,21 +176,23 @@ TEST(Rule, AgreesWithTheLibrary)
         if (kind == 1 && shape < 3)
             text += ";BYDAY=" + weekdays + ";WKST=" + names[pick(2)]; // the library is wrong for others
         if (kind >= 2 && shape == 0)
-            text += std::string(kind == 3 ? ";BYMONTH=" + std::to_string(1 + pick(12)) : "") + ";BYMONTHDAY="
-                    + std::to_string(1 + pick(28)) + ",-" + std::to_string(1 + pick(3));
+            text += std::string(kind == 3 ? ";BYMONTH=" + std::to_string(1 + pick(12)) : "") +
+                    ";BYMONTHDAY=" + std::to_string(1 + pick(28)) + ",-" + std::to_string(1 + pick(3));
         if (kind >= 2 && shape == 1)
-            text += std::string(kind == 3 ? ";BYMONTH=" + std::to_string(1 + pick(12)) : "") + ";BYDAY="
-                    + std::to_string(1 + pick(5)) + names[pick(7)] + ",-1" + names[pick(7)];
+            text += std::string(kind == 3 ? ";BYMONTH=" + std::to_string(1 + pick(12)) : "") +
+                    ";BYDAY=" + std::to_string(1 + pick(5)) + names[pick(7)] + ",-1" + names[pick(7)];
         if (kind == 2 && shape == 2)
             text += ";BYDAY=" + weekdays + ";BYSETPOS=" + std::to_string(1 + pick(3));
         if (kind == 3 && shape >= 3)
             text += ";BYMONTH=" + std::to_string(1 + pick(6)) + "," + std::to_string(7 + pick(6));
         const int year = 1990 + pick(40), month = 1 + pick(12), day = 1 + pick(28);
-        const auto own = WalkDays(Parsed(text), WallOf(year, month, day) + 36000, DayNumberOf(2100, 1, 1), 40);
+        const auto own =
+            WalkDays(Parsed(text), WallOf(year, month, day) + 36000, DayNumberOf(2100, 1, 1), 40);
 
         const icaltimetype start = icaltime_from_string(
             QString::asprintf("%04d%02d%02dT100000", year, month, day).toLatin1().constData());
-        icalrecur_iterator* iterator = icalrecur_iterator_new(icalrecurrencetype_from_string(text.c_str()), start);
+        icalrecur_iterator* iterator =
+            icalrecur_iterator_new(icalrecurrencetype_from_string(text.c_str()), start);
         ASSERT_TRUE(iterator) << text;
         std::vector<int> theirs;
         while (theirs.size() < own.size()) {
@@ -239,9 +250,11 @@ TEST(RulePatterns, MeanTheSameAsTheRule)
         {"FREQ=DAILY;BYHOUR=9,12", 0, false},
     };
     for (const auto& c : kCases) {
-        for (const char* start : {"20240110T100000", "20230131T100000", "20250309T100000", "20240525T100000"}) {
+        for (const char* start :
+             {"20240110T100000", "20230131T100000", "20250309T100000", "20240525T100000"}) {
             const CRecurRule rule = Parsed(c.Rule);
-            const bool monthEnd = std::string(c.Rule) == "FREQ=MONTHLY" && std::string(start).substr(6, 2) == "31";
+            const bool monthEnd =
+                std::string(c.Rule) == "FREQ=MONTHLY" && std::string(start).substr(6, 2) == "31";
             const CRulePatterns patterns = PatternsOf(rule, Moment(start));
             EXPECT_EQ(patterns.Parts.size(), c.Parts) << c.Rule << " from " << start;
             EXPECT_EQ(patterns.ShowsOnShorterMonths, c.Shorter || monthEnd) << c.Rule << " from " << start;
@@ -257,7 +270,8 @@ TEST(RulePatterns, MeanTheSameAsTheRule)
                     shown.push_back(DayNumber(occurrence.Start));
             }
             std::sort(shown.begin(), shown.end());
-            EXPECT_EQ(Texts(shown), Texts(WalkDays(rule, Moment(start), last))) << c.Rule << " from " << start;
+            EXPECT_EQ(Texts(shown), Texts(WalkDays(rule, Moment(start), last)))
+                << c.Rule << " from " << start;
         }
     }
 }

@@ -9,7 +9,10 @@
 
 namespace
 {
-QString DataFolder() { return qEnvironmentVariable("TESSERA_DATA", QStringLiteral("../shared/data")); }
+QString DataFolder()
+{
+    return qEnvironmentVariable("TESSERA_DATA", QStringLiteral("../shared/data"));
+}
 
 std::string BytesOfFile(const QString& path)
 {
@@ -32,7 +35,8 @@ TEST_F(SharedFilesTest, RealCalendarsArriveWhole)
     for (const QString& name : files) {
         const std::string bytes = BytesOfFile(folder.filePath(name));
         const QString beside = folder.filePath(name.chopped(4) + QStringLiteral(".expected.json"));
-        const QJsonObject answers = QJsonDocument::fromJson(QByteArray::fromStdString(BytesOfFile(beside))).object();
+        const QJsonObject answers =
+            QJsonDocument::fromJson(QByteArray::fromStdString(BytesOfFile(beside))).object();
         const int events = answers[QLatin1String("inventory")].toObject()[QLatin1String("events")].toInt();
         FreshVolume();
         const int unreadable = int(answers[QLatin1String("unreadable")].toArray().size());
@@ -53,7 +57,8 @@ TEST_F(SharedFilesTest, BrokenFilesLoseNothingElse)
     const QDir folder(DataFolder() + QStringLiteral("/malformed"));
     if (!folder.exists())
         GTEST_SKIP() << "no shared data";
-    const QByteArray index = QByteArray::fromStdString(BytesOfFile(folder.filePath(QStringLiteral("index.json"))));
+    const QByteArray index =
+        QByteArray::fromStdString(BytesOfFile(folder.filePath(QStringLiteral("index.json"))));
     const QJsonArray files = QJsonDocument::fromJson(index).object()[QLatin1String("files")].toArray();
     for (const QJsonValue& value : files) {
         const QJsonObject file = value.toObject();

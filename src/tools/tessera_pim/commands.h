@@ -6,9 +6,9 @@
 #include <vector>
 
 enum ExitCode : int {
-    kExitDone = 0,     // all done
-    kExitLeftOut = 1,  // done, but something was left out or found at fault
-    kExitNothing = 2,  // wrong usage, or nothing could be done
+    kExitDone = 0,    // all done
+    kExitLeftOut = 1, // done, but something was left out or found at fault
+    kExitNothing = 2, // wrong usage, or nothing could be done
 };
 
 struct CImportOptions {

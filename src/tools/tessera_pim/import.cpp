@@ -19,7 +19,10 @@ namespace
 {
 std::atomic<bool> g_interrupted = false;
 
-void OnInterrupt(int) { g_interrupted = true; }
+void OnInterrupt(int)
+{
+    g_interrupted = true;
+}
 
 // Standard input or a file; closed again at the end.
 class CInput
@@ -85,11 +88,12 @@ Outcome ImportFile(IPOutlookApp& app, const std::string& name)
     CProgressBar bar(shown, input.Size());
     CImportReport report(CFileTold{name, bar});
     CCalendarImporter importer(app, report);
-    const ImportResult result = importer.Import([&](char* buffer, qint64 size) { return input.Read(buffer, size); },
-                                                [&](qint64 bytes) {
-                                                    bar.Show(bytes);
-                                                    return !g_interrupted;
-                                                });
+    const ImportResult result =
+        importer.Import([&](char* buffer, qint64 size) { return input.Read(buffer, size); },
+                        [&](qint64 bytes) {
+                            bar.Show(bytes);
+                            return !g_interrupted;
+                        });
     bar.Clear();
     std::printf("%s: %lld created, %lld updated, %lld unchanged, %lld left out\n", name.c_str(),
                 static_cast<long long>(report.Created), static_cast<long long>(report.Updated),
@@ -110,7 +114,9 @@ Outcome ImportFile(IPOutlookApp& app, const std::string& name)
     case ImportResult::Interrupted:
         break;
     }
-    PrintError(shown + QStringLiteral(": interrupted; what is told above is in the volume, the same import goes on from there"));
+    PrintError(shown +
+               QStringLiteral(
+                   ": interrupted; what is told above is in the volume, the same import goes on from there"));
     return Outcome::Some;
 }
 } // namespace
@@ -119,7 +125,8 @@ int RunImport(const CImportOptions& options)
 {
     QDir().mkpath(QFileInfo(options.Volume).absolutePath());
     std::shared_ptr<CPropertyVolume> volume;
-    CStatus status = CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::Create, volume);
+    CStatus status =
+        CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::Create, volume);
     std::unique_ptr<IPOutlookApp> app;
     if (status) {
         app = MakePOutlookApp(volume);

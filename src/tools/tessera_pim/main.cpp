@@ -1,6 +1,6 @@
 // tessera-pim: the calendar's volume from the command line.
-#include "tools/tessera_pim/commands.h"
 #include "platform/system_time.h"
+#include "tools/tessera_pim/commands.h"
 
 #include <CLI/CLI.hpp>
 #include <QFile>
@@ -13,7 +13,8 @@ namespace
 int ParseIsoDay(const std::string& text)
 {
     int year = 0, month = 0, day = 0, used = 0;
-    if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &used) != 3 || size_t(used) != text.size())
+    if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &used) != 3 ||
+        size_t(used) != text.size())
         return 0;
     if (year < 1900 || month < 1 || month > 12 || day < 1 || day > 31)
         return 0;
@@ -24,12 +25,15 @@ int ParseIsoDay(const std::string& text)
 }
 
 const CLI::Validator kIsoDay(
-    [](std::string& text) { return ParseIsoDay(text) ? std::string() : "not a day like 2026-03-31: " + text; }, "DAY");
+    [](std::string& text) {
+        return ParseIsoDay(text) ? std::string() : "not a day like 2026-03-31: " + text;
+    },
+    "DAY");
 
 QString DefaultVolume()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-           + QStringLiteral("/tessera/pim.vol");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/tessera/pim.vol");
 }
 
 struct Arguments {
@@ -40,8 +44,8 @@ struct Arguments {
 
 int Dispatch(const CLI::App& app, const Arguments& arguments)
 {
-    const QString volume = arguments.Volume.empty() ? DefaultVolume()
-                                                    : QFile::decodeName(arguments.Volume.c_str());
+    const QString volume =
+        arguments.Volume.empty() ? DefaultVolume() : QFile::decodeName(arguments.Volume.c_str());
     if (app.got_subcommand("import"))
         return RunImport({volume, arguments.Files});
     if (app.got_subcommand("agenda")) {
@@ -68,17 +72,26 @@ int main(int argc, char** argv)
     CLI::App app{"Works on the calendar's volume.", "tessera-pim"};
     Arguments arguments;
     app.set_version_flag("--version", "tessera-pim " TESSERA_VERSION);
-    app.add_option("--volume", arguments.Volume, "The volume; else TESSERA_VOLUME, else $XDG_DATA_HOME/tessera/pim.vol")
+    app.add_option("--volume", arguments.Volume,
+                   "The volume; else TESSERA_VOLUME, else $XDG_DATA_HOME/tessera/pim.vol")
         ->type_name("FILE")
         ->envname("TESSERA_VOLUME");
     app.require_subcommand(1);
     app.fallthrough();
 
     CLI::App* import = app.add_subcommand("import", "Takes in iCalendar files");
-    import->add_option("files", arguments.Files, "Files to read; - is standard input")->type_name("FILE")->required();
+    import->add_option("files", arguments.Files, "Files to read; - is standard input")
+        ->type_name("FILE")
+        ->required();
     CLI::App* agenda = app.add_subcommand("agenda", "Prints what the days FROM to TO hold");
-    agenda->add_option("from", arguments.From, "First day, as 2026-03-01")->type_name("FROM")->required()->check(kIsoDay);
-    agenda->add_option("to", arguments.To, "Last day, inclusive")->type_name("TO")->required()->check(kIsoDay);
+    agenda->add_option("from", arguments.From, "First day, as 2026-03-01")
+        ->type_name("FROM")
+        ->required()
+        ->check(kIsoDay);
+    agenda->add_option("to", arguments.To, "Last day, inclusive")
+        ->type_name("TO")
+        ->required()
+        ->check(kIsoDay);
     agenda->add_flag("--json", arguments.Json, "One object per line");
     app.add_subcommand("check", "Tests the volume, its records and blobs");
     CLI::App* backup = app.add_subcommand("backup", "Writes a consistent copy while others write");

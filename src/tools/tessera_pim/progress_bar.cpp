@@ -29,7 +29,8 @@ void CProgressBar::Show(qint64 done)
     } else {
         const int filled = int(std::clamp<qint64>(done * kWidth / m_total, 0, kWidth));
         std::fprintf(stderr, "\r\033[K%s [%s%s] %lld%%", m_label.toLocal8Bit().constData(),
-                     std::string(size_t(filled), '#').c_str(), std::string(size_t(kWidth - filled), '.').c_str(),
+                     std::string(size_t(filled), '#').c_str(),
+                     std::string(size_t(kWidth - filled), '.').c_str(),
                      static_cast<long long>(std::min<qint64>(done * 100 / m_total, 100)));
     }
     std::fflush(stderr);
