@@ -151,8 +151,9 @@ double Luminance(COLORREF color)
 
 COLORREF ReadableOn(COLORREF ground)
 {
-    const double light = Luminance(ground);
-    return 1.05 / (light + 0.05) >= (light + 0.05) / 0.05 ? kColorWhite : kColorBlack;
+    // White as long as it can be: rows and bars shade the ground towards black.
+    constexpr double kEnough = 3.0;
+    return 1.05 / (Luminance(ground) + 0.05) >= kEnough ? kColorWhite : kColorBlack;
 }
 
 CHighlight ParseKdeColors(const QByteArray& file)

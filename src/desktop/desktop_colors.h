@@ -24,5 +24,5 @@ CHighlight ParseKdeColors(const QByteArray& file);
 CHighlight ParseGtkColors(const QByteArray& sheet);
 // Of the portal: three fractions; out of range means not set.
 CHighlight AccentHighlight(double red, double green, double blue);
-// The better readable of black and white on a ground.
+// White or black, for text on a ground that is shaded towards black.
 COLORREF ReadableOn(COLORREF ground);

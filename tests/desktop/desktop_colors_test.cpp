@@ -48,6 +48,15 @@ TEST(DesktopColors, ThePortalsFractionsOutOfRangeMeanNone)
     EXPECT_FALSE(AccentHighlight(0, std::numeric_limits<double>::quiet_NaN(), 0).IsKnown());
 }
 
+TEST(DesktopColors, TextIsWhiteAsLongAsItCanBe)
+{
+    EXPECT_EQ(ReadableOn(Rgb(0xE9, 0x54, 0x20)), kColorWhite);
+    EXPECT_EQ(ReadableOn(Rgb(0x35, 0x84, 0xE4)), kColorWhite);
+    EXPECT_EQ(ReadableOn(Rgb(0xFF, 0xDD, 0x00)), kColorBlack);
+    EXPECT_EQ(ReadableOn(kColorWhite), kColorBlack);
+    EXPECT_EQ(ReadableOn(kColorBlack), kColorWhite);
+}
+
 TEST(DesktopColors, TheUsersOwnSheetWinsOverTheThemes)
 {
     QTemporaryDir home;
