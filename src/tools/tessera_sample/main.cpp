@@ -4,6 +4,7 @@
 #include "tools/tessera_sample/sample_calendar.h"
 #include "util/date_time.h"
 
+#include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,7 +27,7 @@ qint64 CountItems(CPropertyVolume& volume)
            volume.RecordCount(kContactsDatabase);
 }
 
-int Fill(const QString& path)
+int Fill(const QString& path, int today)
 {
     QDir().mkpath(QFileInfo(path).path());
     std::shared_ptr<CPropertyVolume> volume;
@@ -43,7 +44,7 @@ int Fill(const QString& path)
     if (const CStatus on = app->Logon(); !on)
         return Complain(on.Text(), kExitFailed);
     int written = 0;
-    const CStatus status = WriteSampleCalendar(*app, GetToday(), &written);
+    const CStatus status = WriteSampleCalendar(*app, today, &written);
     app->Logoff();
     if (!status)
         return Complain(status.Text(), kExitFailed);
@@ -56,17 +57,28 @@ int Fill(const QString& path)
 int main(int argc, char** argv)
 {
     QString volume = DefaultVolumePath();
+    int today = GetToday();
     for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLocal8Bit(argv[i]);
         if (std::strcmp(argv[i], "--help") == 0) {
             std::puts(
-                "usage: tessera-sample [--volume FILE]\n"
-                "Fills the calendar with a small sample around today. One that holds items is left alone.");
+                "usage: tessera-sample [--volume FILE] [--today DATE]\n"
+                "Fills the calendar with a small sample around today, or around an ISO date.\n"
+                "One that holds items is left alone.");
             return kExitDone;
         }
-        if (std::strcmp(argv[i], "--volume") != 0 || i + 1 >= argc)
-            return Complain(QStringLiteral("unknown argument %1").arg(QString::fromLocal8Bit(argv[i])),
-                            kExitUsage);
-        volume = QFileInfo(QFile::decodeName(argv[++i])).absoluteFilePath();
+        const bool isVolume = argument == QLatin1String("--volume");
+        if ((!isVolume && argument != QLatin1String("--today")) || i + 1 >= argc)
+            return Complain(QStringLiteral("unknown argument %1").arg(argument), kExitUsage);
+        ++i;
+        if (isVolume) {
+            volume = QFileInfo(QFile::decodeName(argv[i])).absoluteFilePath();
+            continue;
+        }
+        const QDate date = QDate::fromString(QString::fromLocal8Bit(argv[i]), Qt::ISODate);
+        if (!date.isValid())
+            return Complain(QStringLiteral("%1 is no ISO date").arg(QString::fromLocal8Bit(argv[i])), kExitUsage);
+        today = DayNumberOf(date.year(), date.month(), date.day());
     }
-    return Fill(volume);
+    return Fill(volume, today);
 }
