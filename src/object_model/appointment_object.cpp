@@ -5,7 +5,7 @@
 
 CAppointmentObject::CAppointmentObject(COutlookApp& app, CEOID oid, quint32 itemId,
                                        const std::vector<CEPROPVAL>& rows)
-    : m_app(app), m_oid(oid), m_itemId(itemId)
+    : CItemBase(app, oid, itemId)
 {
     CRecurrencePattern pattern;
     m_wasRecurring = ReadFields(rows, app.Zone(), m_fields, pattern);
@@ -72,21 +72,6 @@ void CAppointmentObject::ClearRecurrencePattern()
 
 // ---- what lies in other rows and records
 
-QString CAppointmentObject::get_Categories() const
-{
-    if (m_changed & Changed::Categories || m_itemId == 0)
-        return m_categories;
-    return m_app.Categories().NamesOf(m_itemId);
-}
-
-void CAppointmentObject::put_Categories(const QString& names)
-{
-    if (names == get_Categories())
-        return;
-    m_categories = names;
-    m_changed |= Changed::Categories;
-}
-
 IRecipients* CAppointmentObject::get_Recipients()
 {
     if (!m_recipients)
@@ -122,7 +107,7 @@ CStatus CAppointmentObject::PutTimes(CRecordRows& rows, CRecurrencePattern& patt
         return {};
     }
     CRecurrencePattern stored;
-    CStatus status = m_wasRecurring ? m_app.ReadPattern(m_oid, stored) : CStatus();
+    CStatus status = m_wasRecurring ? m_app.ReadPattern(ItemTable::Appointments, m_oid, stored) : CStatus();
     if (status)
         status = m_series->PatternToStore(m_wasRecurring ? &stored : nullptr, pattern);
     if (!status)
@@ -143,13 +128,6 @@ void CAppointmentObject::PutRecipients(CRecordRows& rows) const
         rows.Bytes(Prop::Attendees, list);
 }
 
-CStatus CAppointmentObject::SaveCategories()
-{
-    if (!(m_changed & Changed::Categories) || m_itemId == 0)
-        return {};
-    return m_app.Categories().Put(m_itemId, m_categories, false);
-}
-
 CStatus CAppointmentObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, quint32* itemId)
 {
     CRecordRows& rows = m_app.EmptyRows();
@@ -158,14 +136,7 @@ CStatus CAppointmentObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, qu
         return status;
     PutFields(rows, m_fields, m_changed);
     PutRecipients(rows);
-    quint32 number = 0;
-    status = rows.Write(m_app.Volume(), m_oid, oid, &number);
-    if (!status)
-        return status;
-    *itemId = m_oid ? m_itemId : kAppointmentTag + number;
-    if (m_changed & Changed::Categories && !(m_oid == 0 && m_categories.isEmpty()))
-        status = m_app.Categories().Put(*itemId, m_categories, m_oid == 0);
-    return status;
+    return WriteRecord(rows, kAppointmentsDatabase, kAppointmentTag, oid, itemId);
 }
 
 CStatus CAppointmentObject::Save()
@@ -179,11 +150,8 @@ CStatus CAppointmentObject::Save()
     const bool touched = m_series ? m_series->IsTouched() : m_wasRecurring;
     if (touched && !(m_changed & Changed::Foreign))
         m_fields.Foreign.SourceRule.clear();
-    m_oid = oid;
-    m_itemId = itemId;
-    m_changed = 0;
+    Saved(oid, itemId);
     m_wasRecurring = m_series != nullptr;
-    m_categories.clear();
     if (m_recipients)
         m_fields.Attendees = m_recipients->Stored();
     if (m_series)
@@ -191,28 +159,12 @@ CStatus CAppointmentObject::Save()
     return status;
 }
 
-CStatus CAppointmentObject::Delete()
-{
-    if (m_oid == 0)
-        return {StatusKind::Invalid, QStringLiteral("The appointment was not saved yet.")};
-    return m_app.InTransaction([this] {
-        const CStatus status = m_app.Categories().Remove(m_itemId);
-        return status ? m_app.Volume().DeleteRecord(kAppointmentsDatabase, m_oid) : status;
-    });
-}
-
 std::unique_ptr<IAppointment> CAppointmentObject::Copy()
 {
     auto copy = std::make_unique<CAppointmentObject>(m_app);
     copy->m_fields = m_fields;
     copy->m_fields.Body.clear();
-    CForeignData& foreign = copy->m_fields.Foreign;
-    foreign = CForeignData();
-    foreign.Organizer = m_fields.Foreign.Organizer;
-    foreign.Text = m_fields.Foreign.Text;
-    if (m_fields.Foreign.OccurrenceId.isEmpty()) // else the rule is that of several records
-        foreign.SourceRule = m_fields.Foreign.SourceRule;
-    foreign.LastChange = Clock().GetUtcTime();
+    copy->m_fields.Foreign = ForeignOfCopy(m_fields.Foreign);
     copy->m_changed |= Changed::Foreign;
     copy->m_categories = get_Categories();
     copy->m_fields.Attendees.clear();

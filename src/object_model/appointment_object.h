@@ -6,10 +6,10 @@
 
 class COutlookApp;
 
-class CAppointmentObject : public IAppointment
+class CAppointmentObject : public IAppointment, private CItemBase
 {
 public:
-    explicit CAppointmentObject(COutlookApp& app) : m_app(app), m_changed(Changed::All) {}
+    explicit CAppointmentObject(COutlookApp& app) : CItemBase(app) {}
     CAppointmentObject(COutlookApp& app, CEOID oid, quint32 itemId, const std::vector<CEPROPVAL>& rows);
 
     QString get_Subject() const override { return m_fields.Subject; }
@@ -38,8 +38,8 @@ public:
     {
         Set(m_fields.ReminderMinutes, minutes, Changed::Reminder);
     }
-    QString get_Categories() const override;
-    void put_Categories(const QString& names) override;
+    QString get_Categories() const override { return CategoryNames(); }
+    void put_Categories(const QString& names) override { PutCategoryNames(names); }
     quint32 get_Oid() const override { return m_itemId; }
     CEOID RecordOid() const override { return m_oid; }
     IRecipients* get_Recipients() override;
@@ -47,7 +47,7 @@ public:
     IRecurrencePattern* GetRecurrencePattern() override;
     void ClearRecurrencePattern() override;
     CStatus Save() override;
-    CStatus Delete() override;
+    CStatus Delete() override { return DeleteRecord(kAppointmentsDatabase); }
     std::unique_ptr<IAppointment> Copy() override;
     CStatus Send() override;
     CStatus Cancel() override;
@@ -55,28 +55,16 @@ public:
     void put_Foreign(const CForeignData& data) override;
 
     // For its occurrences, which keep these in the series.
-    CStatus SaveCategories();
+    CStatus SaveCategories() { return SaveCategoriesOf(m_itemId, false); }
     void PutRecipients(CRecordRows& rows) const;
     const CPatternObject* Series() const { return m_series.get(); }
 
 private:
-    template <typename T> void Set(T& field, const T& value, unsigned changed)
-    {
-        if (field == value)
-            return;
-        field = value;
-        m_changed |= changed;
-    }
     CStatus PutTimes(CRecordRows& rows, CRecurrencePattern& pattern);
     CStatus WriteAll(CRecurrencePattern& pattern, CEOID* oid, quint32* itemId);
 
-    COutlookApp& m_app;
-    CEOID m_oid = 0;
-    quint32 m_itemId = 0;
-    unsigned m_changed = 0;
     bool m_wasRecurring = false; // as stored
     CAppointmentFields m_fields;
-    QString m_categories; // once put
     std::unique_ptr<CPatternObject> m_series;
     std::unique_ptr<CPatternObject> m_cleared; // may still be held by the caller
     std::unique_ptr<CRecipients> m_recipients; // once asked for

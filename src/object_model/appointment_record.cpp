@@ -28,23 +28,14 @@ enum Row {
     kReminderSet,
     kReminderMinutes,
     kAttendees,
-    kUid,
-    kSequence,
-    kEqualsIndex,
-    kOccurrenceId,
-    kOrganizer,
-    kContentHash,
-    kLastChange,
-    kForeignText,
-    kSourceRule
+    kForeign // and on: kForeignRows
 };
-constexpr CEPROPID kIds[] = {
-    Prop::Start,      Prop::Duration,    Prop::Recurring,       Prop::Sensitivity, Prop::BusyStatus,
-    Prop::AllDay,     Prop::Zone,        Prop::Recurrence,      Prop::Note,        Prop::Subject,
-    Prop::Location,   Prop::ReminderSet, Prop::ReminderMinutes, Prop::Attendees,   Prop::Uid,
-    Prop::Sequence,   Prop::EqualsIndex, Prop::OccurrenceId,    Prop::Organizer,   Prop::ContentHash,
-    Prop::LastChange, Prop::ForeignText, Prop::SourceRule,
+constexpr CEPROPID kOwnIds[kForeign] = {
+    Prop::Start,    Prop::Duration,    Prop::Recurring,       Prop::Sensitivity, Prop::BusyStatus,
+    Prop::AllDay,   Prop::Zone,        Prop::Recurrence,      Prop::Note,        Prop::Subject,
+    Prop::Location, Prop::ReminderSet, Prop::ReminderMinutes, Prop::Attendees,
 };
+constexpr auto kIds = WithForeignRows(kOwnIds);
 
 // The day that a plain all-day item means, as every reader finds it.
 DATE AllDayStart(FileTime utc)
@@ -85,57 +76,7 @@ void PutDuration(CRecordRows& rows, qint64 minutes)
     else
         rows.Remove(Prop::LongSpan);
 }
-
-void PutForeign(CRecordRows& rows, const CForeignData& foreign)
-{
-    rows.Text(Prop::Uid, foreign.Uid);
-    rows.Text(Prop::OccurrenceId, foreign.OccurrenceId);
-    rows.Text(Prop::Organizer, foreign.Organizer);
-    rows.Text(Prop::ForeignText, foreign.Text);
-    rows.Text(Prop::SourceRule, foreign.SourceRule);
-    rows.Bytes(Prop::ContentHash, foreign.ContentHash);
-    const std::pair<CEPROPID, qint64> numbers[] = {{Prop::Sequence, foreign.Sequence},
-                                                   {Prop::EqualsIndex, foreign.EqualsIndex},
-                                                   {Prop::LastChange, foreign.LastChange}};
-    for (const auto& [id, number] : numbers) {
-        if (number != 0)
-            rows.Number(id, number);
-        else
-            rows.Remove(id);
-    }
-}
 } // namespace
-
-// ---- rows
-
-void CRecordRows::Clear()
-{
-    m_put.clear();
-    m_remove.clear();
-}
-
-void CRecordRows::Text(CEPROPID id, const QString& text)
-{
-    if (text.isEmpty())
-        m_remove.push_back(id);
-    else
-        m_put.emplace_back(id, text);
-}
-
-void CRecordRows::Bytes(CEPROPID id, const QByteArray& bytes)
-{
-    if (bytes.isEmpty())
-        m_remove.push_back(id);
-    else
-        m_put.emplace_back(id, bytes);
-}
-
-CStatus CRecordRows::Write(CPropertyVolume& volume, CEOID oid, CEOID* written, quint32* recordNumber)
-{
-    if (oid == 0)
-        m_remove.clear();
-    return volume.WriteRecord(kAppointmentsDatabase, oid, m_put, m_remove, written, recordNumber);
-}
 
 std::span<const CEPROPID> AppointmentRows()
 {
@@ -157,16 +98,7 @@ bool ReadFields(const std::vector<CEPROPVAL>& rows, const TimeZoneInformation& d
     fields.Location = rows[kLocation].Text;
     fields.Body = rows[kNote].Text;
     fields.Attendees = rows[kAttendees].Bytes;
-    CForeignData& foreign = fields.Foreign;
-    foreign.Uid = rows[kUid].Text;
-    foreign.Sequence = quint32(number(kSequence, 0));
-    foreign.EqualsIndex = quint32(number(kEqualsIndex, 0));
-    foreign.OccurrenceId = rows[kOccurrenceId].Text;
-    foreign.Organizer = rows[kOrganizer].Text;
-    foreign.ContentHash = rows[kContentHash].Bytes;
-    foreign.LastChange = number(kLastChange, 0);
-    foreign.Text = rows[kForeignText].Text;
-    foreign.SourceRule = rows[kSourceRule].Text;
+    fields.Foreign = ReadForeign(std::span(rows).subspan(kForeign));
     ReadPlainTimes(rows, device, fields);
     if (number(kRecurring, 0) == 0)
         return false;

@@ -33,7 +33,7 @@ public:
     virtual CStatus Remove(int index) = 0;
 };
 
-class IRecurrencePattern // belongs to its appointment
+class IRecurrencePattern // belongs to its appointment or task
 {
 public:
     virtual ~IRecurrencePattern() = default;
@@ -111,19 +111,64 @@ public:
     virtual void put_ReminderSet(bool set) = 0;
     virtual int get_ReminderMinutesBeforeStart() const = 0;
     virtual void put_ReminderMinutesBeforeStart(int minutes) = 0;
-    virtual QString get_Categories() const = 0; // names joined by ", "
+    virtual QString get_Categories() const = 0;            // names joined by ", "
     virtual void put_Categories(const QString& names) = 0; // unknown names are created at Save
-    virtual quint32 get_Oid() const = 0;        // the tagged item identifier; 0 until saved
+    virtual quint32 get_Oid() const = 0;                   // the tagged item identifier; 0 until saved
     virtual CEOID RecordOid() const = 0;
     virtual IRecipients* get_Recipients() = 0;
     virtual bool get_IsRecurring() const = 0;
-    virtual IRecurrencePattern* GetRecurrencePattern() = 0; // makes one (weekly on the start's day) if there is none
+    virtual IRecurrencePattern*
+    GetRecurrencePattern() = 0; // makes one (weekly on the start's day) if there is none
     virtual void ClearRecurrencePattern() = 0;
     virtual CStatus Save() = 0;
     virtual CStatus Delete() = 0;
-    virtual std::unique_ptr<IAppointment> Copy() = 0; // unsaved, without the body and without our own properties' identity
-    virtual CStatus Send() = 0;   // through the transport, when there is one; else nothing
+    virtual std::unique_ptr<IAppointment>
+    Copy() = 0;                 // unsaved, without the body and without our own properties' identity
+    virtual CStatus Send() = 0; // through the transport, when there is one; else nothing
     virtual CStatus Cancel() = 0;
+
+    virtual const CForeignData& Foreign() const = 0;
+    virtual void put_Foreign(const CForeignData& data) = 0;
+};
+
+// A task. Its dates are whole days. A recurring one has a single date at a time: completing it, or
+// skipping, moves it to the next day of its pattern.
+class ITask
+{
+public:
+    virtual ~ITask() = default;
+    virtual QString get_Subject() const = 0;
+    virtual void put_Subject(const QString& text) = 0;
+    virtual DATE get_StartDate() const = 0;
+    virtual void put_StartDate(DATE date) = 0;
+    virtual DATE get_DueDate() const = 0;
+    virtual void put_DueDate(DATE date) = 0;
+    virtual int get_Importance() const = 0; // 0 low, 1 normal, 2 high
+    virtual void put_Importance(int importance) = 0;
+    virtual bool get_Complete() const = 0;
+    virtual void put_Complete(bool complete) = 0;  // false again after Save when a series moved on
+    virtual DATE get_DateCompleted() const = 0;    // NO_DATE while it is active
+    virtual void put_DateCompleted(DATE date) = 0; // for importers; else the moment of Save
+    virtual int get_Sensitivity() const = 0;
+    virtual void put_Sensitivity(int sensitivity) = 0;
+    virtual QString get_Body() const = 0;
+    virtual void put_Body(const QString& text) = 0;
+    virtual bool get_ReminderSet() const = 0;
+    virtual void put_ReminderSet(bool set) = 0;
+    virtual DATE get_ReminderTime() const = 0;
+    virtual void put_ReminderTime(DATE time) = 0;
+    virtual QString get_Categories() const = 0;
+    virtual void put_Categories(const QString& names) = 0;
+    virtual quint32 get_Oid() const = 0;
+    virtual CEOID RecordOid() const = 0;
+    virtual bool get_IsRecurring() const = 0;
+    virtual IRecurrencePattern* GetRecurrencePattern() = 0; // makes one (weekly) if there is none
+    virtual void ClearRecurrencePattern() = 0;
+    // Saves a recurring task at its next date. NotFound when there is none, or no pattern.
+    virtual CStatus SkipRecurrence() = 0;
+    virtual CStatus Save() = 0;
+    virtual CStatus Delete() = 0;
+    virtual std::unique_ptr<ITask> Copy() = 0; // as of an appointment
 
     virtual const CForeignData& Foreign() const = 0;
     virtual void put_Foreign(const CForeignData& data) = 0;
@@ -156,12 +201,15 @@ public:
     virtual void Logoff() = 0;
     virtual std::unique_ptr<IAppointment> CreateAppointment() = 0; // CreateItem(1)
     virtual CStatus GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppointment>& item) = 0;
+    virtual std::unique_ptr<ITask> CreateTask() = 0; // CreateItem(3)
+    virtual CStatus GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item) = 0;
     // A batch: many whole items in one transaction. A failed save inside it fails that item alone.
     virtual CStatus BeginBatch() = 0;
     virtual CStatus CommitBatch() = 0;
     virtual void AbandonBatch() = 0;
     // All appointments that carry that UID, in order of identity.
     virtual std::vector<CForeignKey> FindByUid(const QString& uid) = 0;
+    virtual std::vector<CForeignKey> FindTasksByUid(const QString& uid) = 0;
     virtual bool HasAnyUid() = 0; // false: an importer need not look for earlier items
     virtual void SetTransport(IItemTransport* transport) = 0;
 };

@@ -143,7 +143,7 @@ template <typename Change> CStatus COccurrenceObject::ChangeSeries(Change change
 {
     return m_app.InTransaction([&]() -> CStatus {
         CRecurrencePattern pattern;
-        CStatus status = m_app.ReadPattern(RecordOid(), pattern);
+        CStatus status = m_app.ReadPattern(ItemTable::Appointments, RecordOid(), pattern);
         if (status && !IsThere(pattern, m_day))
             status = NoOccurrence();
         if (!status)
@@ -154,7 +154,7 @@ template <typename Change> CStatus COccurrenceObject::ChangeSeries(Change change
         rows.Bytes(Prop::Recurrence, WriteRecurrence(pattern));
         rows.Number(Prop::LastChange, Clock().GetUtcTime());
         CEOID written = 0;
-        status = rows.Write(m_app.Volume(), RecordOid(), &written, nullptr);
+        status = rows.Write(m_app.Volume(), kAppointmentsDatabase, RecordOid(), &written, nullptr);
         return status ? m_series->SaveCategories() : status;
     });
 }

@@ -2,10 +2,28 @@
 
 #include "object_model/appointment_object.h"
 #include "object_model/appointment_record.h"
+#include "object_model/task_object.h"
 #include "records/property_numbers.h"
 #include "records/recurrence_blob.h"
 
 #include <algorithm>
+
+namespace
+{
+struct CTableRow {
+    const QString& Database;
+    quint32 Tag;
+    CEPROPID Zone, Recurrence;
+    const char* Missing;
+};
+const CTableRow& RowOf(ItemTable table)
+{
+    static const CTableRow kTables[] = {
+        {kAppointmentsDatabase, kAppointmentTag, Prop::Zone, Prop::Recurrence, "There is no appointment %1."},
+        {kTasksDatabase, kTaskTag, Prop::TaskZone, Prop::TaskRecurrence, "There is no task %1."}};
+    return kTables[size_t(table)];
+}
+} // namespace
 
 std::unique_ptr<IPOutlookApp> MakePOutlookApp(std::shared_ptr<CPropertyVolume> volume)
 {
@@ -25,8 +43,9 @@ COutlookApp::~COutlookApp()
 
 CStatus COutlookApp::Logon()
 {
-    m_byNumber = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::RecId}}, false);
-    if (!m_byNumber)
+    auto& byNumber = ReadersOf(ItemTable::Appointments).ByNumber;
+    byNumber = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::RecId}}, false);
+    if (!byNumber)
         return {StatusKind::Corrupt,
                 QStringLiteral("The volume %1 holds no appointments database.").arg(m_volume->Path())};
     return {};
@@ -59,39 +78,61 @@ CStatus COutlookApp::GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppo
     return status;
 }
 
+std::unique_ptr<ITask> COutlookApp::CreateTask()
+{
+    ReadZone();
+    return std::make_unique<CTaskObject>(*this);
+}
+
+CStatus COutlookApp::GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item)
+{
+    CEOID oid = 0;
+    const CStatus status = ReadItem(ItemTable::Tasks, itemId, TaskRows(), &oid);
+    if (status)
+        item = std::make_unique<CTaskObject>(*this, oid, itemId, m_rows);
+    return status;
+}
+
 CStatus COutlookApp::Load(quint32 itemId, std::unique_ptr<CAppointmentObject>& item)
 {
-    if (!m_byNumber) {
-        const CStatus status = Logon();
-        if (!status)
-            return status;
-    }
+    CEOID oid = 0;
+    const CStatus status = ReadItem(ItemTable::Appointments, itemId, AppointmentRows(), &oid);
+    if (status)
+        item = std::make_unique<CAppointmentObject>(*this, oid, itemId, m_rows);
+    return status;
+}
+
+CStatus COutlookApp::ReadItem(ItemTable table, quint32 itemId, std::span<const CEPROPID> ids, CEOID* oid)
+{
+    auto& reader = ReadersOf(table).ByNumber;
+    if (!reader)
+        reader = m_volume->OpenDatabase(RowOf(table).Database, {{Prop::RecId}}, false);
     ReadZone();
-    const CEPROPVAL number(Prop::RecId, qint64(itemId - kAppointmentTag));
-    CEOID oid = m_byNumber->Seek(SeekType::ValueFirstEqual, number);
-    if (oid != 0)
-        oid = m_byNumber->ReadRecordProps(AppointmentRows(), m_rows);
+    *oid = 0;
+    if (reader &&
+        reader->Seek(SeekType::ValueFirstEqual, {Prop::RecId, qint64(itemId - RowOf(table).Tag)}) != 0)
+        *oid = reader->ReadRecordProps(ids, m_rows);
     const CStatus fault = m_volume->TakeReadFault();
     if (!fault)
         return fault;
-    if (oid == 0)
-        return {StatusKind::NotFound, QStringLiteral("There is no appointment %1.").arg(qint32(itemId))};
-    item = std::make_unique<CAppointmentObject>(*this, oid, itemId, m_rows);
+    if (*oid == 0)
+        return {StatusKind::NotFound, QString::fromLatin1(RowOf(table).Missing).arg(qint32(itemId))};
     return {};
 }
 
-CStatus COutlookApp::ReadPattern(CEOID oid, CRecurrencePattern& pattern)
+CStatus COutlookApp::ReadPattern(ItemTable table, CEOID oid, CRecurrencePattern& pattern)
 {
-    if (!m_byOid)
-        m_byOid = m_volume->OpenDatabase(kAppointmentsDatabase, {}, false);
-    constexpr CEPROPID kIds[] = {Prop::Zone, Prop::Recurrence};
-    const bool found = m_byOid && m_byOid->Seek(SeekType::CeOid, {Prop::RecId, qint64(oid)}) == oid &&
-                       m_byOid->ReadRecordProps(kIds, m_rows) == oid;
+    auto& reader = ReadersOf(table).ByOid;
+    if (!reader)
+        reader = m_volume->OpenDatabase(RowOf(table).Database, {}, false);
+    const CEPROPID ids[] = {RowOf(table).Zone, RowOf(table).Recurrence};
+    const bool found = reader && reader->Seek(SeekType::CeOid, {Prop::RecId, qint64(oid)}) == oid &&
+                       reader->ReadRecordProps(ids, m_rows) == oid;
     const CStatus fault = m_volume->TakeReadFault();
     if (!fault)
         return fault;
     if (!found)
-        return {StatusKind::NotFound, QStringLiteral("The appointment is no longer there.")};
+        return {StatusKind::NotFound, QStringLiteral("The item is no longer there.")};
     pattern = CRecurrencePattern();
     if (m_rows[0].Found())
         ParseRecurrenceZone(pattern, BytesOf(m_rows[0].Bytes));
@@ -158,21 +199,28 @@ void COutlookApp::AbandonBatch()
 
 // ---- identity of imported items
 
-std::vector<CForeignKey> COutlookApp::FindByUid(const QString& uid)
+bool COutlookApp::OpenByUid(ItemTable table)
+{
+    auto& reader = ReadersOf(table).ByUid;
+    if (!reader)
+        reader = m_volume->OpenDatabase(RowOf(table).Database, {{Prop::Uid}}, true);
+    return reader != nullptr;
+}
+
+std::vector<CForeignKey> COutlookApp::FindByUid(ItemTable table, const QString& uid)
 {
     std::vector<CForeignKey> keys;
-    if (uid.isEmpty())
+    if (uid.isEmpty() || !OpenByUid(table))
         return keys;
-    if (!m_byUid)
-        m_byUid = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::Uid}}, true);
+    CPropertyDatabase& reader = *ReadersOf(table).ByUid;
     constexpr CEPROPID kIds[] = {Prop::Uid,         Prop::RecId,        Prop::Sequence,
                                  Prop::EqualsIndex, Prop::OccurrenceId, Prop::ContentHash};
-    if (!m_byUid || m_byUid->Seek(SeekType::ValueFirstEqual, {Prop::Uid, uid}) == 0)
+    if (reader.Seek(SeekType::ValueFirstEqual, {Prop::Uid, uid}) == 0)
         return keys;
-    while (const CEOID oid = m_byUid->ReadRecordProps(kIds, m_rows)) {
+    while (const CEOID oid = reader.ReadRecordProps(kIds, m_rows)) {
         if (m_rows[0].Text != uid)
             break;
-        keys.push_back({oid, kAppointmentTag + quint32(m_rows[1].Number), quint32(m_rows[2].Number),
+        keys.push_back({oid, RowOf(table).Tag + quint32(m_rows[1].Number), quint32(m_rows[2].Number),
                         quint32(m_rows[3].Number), m_rows[4].Text, m_rows[5].Bytes});
     }
     std::stable_sort(keys.begin(), keys.end(), [](const CForeignKey& a, const CForeignKey& b) {
@@ -183,7 +231,8 @@ std::vector<CForeignKey> COutlookApp::FindByUid(const QString& uid)
 
 bool COutlookApp::HasAnyUid()
 {
-    if (!m_byUid)
-        m_byUid = m_volume->OpenDatabase(kAppointmentsDatabase, {{Prop::Uid}}, true);
-    return m_byUid && m_byUid->Seek(SeekType::Beginning) != 0;
+    for (const ItemTable table : {ItemTable::Appointments, ItemTable::Tasks})
+        if (OpenByUid(table) && ReadersOf(table).ByUid->Seek(SeekType::Beginning) != 0)
+            return true;
+    return false;
 }

@@ -6,6 +6,9 @@
 
 class CAppointmentObject;
 
+// The databases of items.
+enum class ItemTable { Appointments, Tasks };
+
 class COutlookApp : public IPOutlookApp
 {
 public:
@@ -16,17 +19,26 @@ public:
     void Logoff() override;
     std::unique_ptr<IAppointment> CreateAppointment() override;
     CStatus GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppointment>& item) override;
+    std::unique_ptr<ITask> CreateTask() override;
+    CStatus GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item) override;
     CStatus BeginBatch() override;
     CStatus CommitBatch() override;
     void AbandonBatch() override;
-    std::vector<CForeignKey> FindByUid(const QString& uid) override;
+    std::vector<CForeignKey> FindByUid(const QString& uid) override
+    {
+        return FindByUid(ItemTable::Appointments, uid);
+    }
+    std::vector<CForeignKey> FindTasksByUid(const QString& uid) override
+    {
+        return FindByUid(ItemTable::Tasks, uid);
+    }
     bool HasAnyUid() override;
     void SetTransport(IItemTransport* transport) override { m_transport = transport; }
 
     // For its items.
     CStatus Load(quint32 itemId, std::unique_ptr<CAppointmentObject>& item);
     // Reads the stored series of a record as it is now.
-    CStatus ReadPattern(CEOID oid, CRecurrencePattern& pattern);
+    CStatus ReadPattern(ItemTable table, CEOID oid, CRecurrencePattern& pattern);
     CPropertyVolume& Volume() { return *m_volume; }
     CCategoryWriter& Categories() { return m_categories; }
     IItemTransport* Transport() { return m_transport; }
@@ -50,10 +62,19 @@ private:
     CStatus BeginSave();
     CStatus EndSave(const CStatus& work);
     void ReadZone();
+    // The record of an item, into m_rows.
+    CStatus ReadItem(ItemTable table, quint32 itemId, std::span<const CEPROPID> ids, CEOID* oid);
+    std::vector<CForeignKey> FindByUid(ItemTable table, const QString& uid);
+    bool OpenByUid(ItemTable table);
+
+    struct CReaders { // of one database, opened when they are wanted
+        std::unique_ptr<CPropertyDatabase> ByNumber, ByOid, ByUid;
+    };
+    CReaders& ReadersOf(ItemTable table) { return m_readers[size_t(table)]; }
 
     std::shared_ptr<CPropertyVolume> m_volume;
     CCategoryWriter m_categories;
-    std::unique_ptr<CPropertyDatabase> m_byNumber, m_byOid, m_byUid;
+    CReaders m_readers[2];
     std::vector<CEPROPVAL> m_rows;
     CRecordRows m_put;
     IItemTransport* m_transport = nullptr;

@@ -3,6 +3,7 @@
 #include "object_model/occurrence_object.h"
 #include "object_model/outlook_app.h"
 #include "records/occurrences.h"
+#include "records/property_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -265,6 +266,8 @@ CStatus CPatternObject::GetOccurrence(DATE originalDay, std::unique_ptr<IAppoint
 {
     if (m_oid == 0)
         return {StatusKind::Invalid, QStringLiteral("The series was not saved yet.")};
+    if (m_itemId >= kTaskTag)
+        return {StatusKind::Invalid, QStringLiteral("A task has no occurrences of its own.")};
     return OpenOccurrence(m_app, m_itemId, IsDate(originalDay) ? DayNumber(originalDay) : kFarDay,
                           occurrence);
 }
