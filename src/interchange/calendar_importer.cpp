@@ -11,6 +11,8 @@ namespace
 constexpr int kBatchItems = 2000;
 constexpr int kProgressItems = 64;
 constexpr size_t kToldZones = 100;
+const QString kContentUid = QStringLiteral("@content");
+const QString kTooManyChanges = QStringLiteral("its series has too many changed occurrences");
 
 quint64 UidHash(const QString& uid)
 {
@@ -208,13 +210,18 @@ void CCalendarImporter::TakeEvent(CImportedEvent& event, const std::string& meth
         ++m_report.Unchanged;
         return;
     }
-    if (isFirst || event.Sequence > seen.Sequence)
+    const bool isRaised = !isFirst && event.Sequence > seen.Sequence;
+    if (isFirst || isRaised)
         seen = {event.Sequence, 0};
+    if (seen.Count >= ImportLimit::EqualUids) {
+        TakeByContent(event, method);
+        return;
+    }
     const quint32 index = seen.Count++;
     if (const CStatus flushed = m_occurrences.Flush(); !flushed)
         Fail(flushed, event.Line);
     std::vector<CForeignKey> keys;
-    if (m_volumeHasUids || !isFirst)
+    if (m_volumeHasUids || isRaised || method == "CANCEL")
         keys = m_app.FindByUid(event.Uid);
     const Known known = Sort(keys, event, index);
     const bool same =
@@ -234,6 +241,20 @@ void CCalendarImporter::TakeEvent(CImportedEvent& event, const std::string& meth
     ++m_inBatch;
     if (WriteEvent(event, known, keys, index))
         ++(known.Lead ? m_report.Updated : m_report.Created);
+}
+
+// A UID that so many items share names none of them: their content does.
+void CCalendarImporter::TakeByContent(CImportedEvent& event, const std::string& method)
+{
+    if (event.Uid.endsWith(kContentUid)) {
+        m_report.LeftOut(event.Line, QStringLiteral("the same item once more"));
+        return;
+    }
+    event.Kept += QStringLiteral("UID:") + event.Uid + QLatin1Char('\n');
+    event.Uid = QString::asprintf("%016llx%016llx", static_cast<unsigned long long>(event.Hash),
+                                  static_cast<unsigned long long>(UidHash(event.Uid))) +
+                kContentUid;
+    TakeEvent(event, method);
 }
 
 CCalendarImporter::Known CCalendarImporter::Sort(const std::vector<CForeignKey>& keys,
@@ -320,6 +341,11 @@ void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& 
         return;
     }
     seen->second = event.Sequence;
+    const quint64 uidHash = UidHash(event.Uid);
+    if (m_fullUids.contains(uidHash)) {
+        m_report.LeftOut(event.Line, kTooManyChanges);
+        return;
+    }
     ++m_inBatch;
     CStatus status;
     switch (m_occurrences.Put(event, component, &status)) {
@@ -336,7 +362,8 @@ void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& 
         m_report.LeftOut(event.Line, QStringLiteral("it cancels an occurrence that is not there"));
         break;
     case COccurrenceWriter::Result::TooMany:
-        m_report.LeftOut(event.Line, QStringLiteral("its series has too many changed occurrences"));
+        m_fullUids.insert(uidHash);
+        m_report.LeftOut(event.Line, kTooManyChanges);
         break;
     case COccurrenceWriter::Result::Failed:
         Fail(status, event.Line);

@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 enum class ImportResult { Done, NothingInIt, ReadFailed, WriteFailed, Interrupted };
 
@@ -44,6 +45,7 @@ private:
 
     void TakeComponent(const CComponent& component, const std::string& method, bool atEnd);
     void TakeEvent(CImportedEvent& event, const std::string& method);
+    void TakeByContent(CImportedEvent& event, const std::string& method);
     Known Sort(const std::vector<CForeignKey>& keys, const CImportedEvent& event, quint32 index) const;
     bool WriteEvent(const CImportedEvent& event, const Known& known, const std::vector<CForeignKey>& keys,
                     quint32 index);
@@ -73,6 +75,7 @@ private:
     bool m_volumeHasUids = false;
     std::unordered_map<quint64, Seen> m_seen;               // by hash of the UID
     std::unordered_map<quint64, quint32> m_occurrencesSeen; // by hash of UID and occurrence, to the sequence
+    std::unordered_set<quint64> m_fullUids;                 // no more changed occurrences are taken for these
     std::unordered_multimap<quint64, qint64> m_waiting;     // occurrences whose series has not come
     std::vector<qint64> m_unknownZones;                     // events of zones that have not come
     std::unordered_map<std::string, bool> m_toldZones;

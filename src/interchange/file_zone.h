@@ -39,8 +39,9 @@ private:
 
 // A zone of the system by its IANA name; null when there is none.
 std::shared_ptr<const CFileZone> MakeSystemZone(const QByteArray& ianaId, int currentYear);
-// A zone from its block in a file; null when the block says nothing usable.
-std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int currentYear);
+// A zone from its block in a file; null when the block says nothing usable. `budget` counts down by
+// the days that its rules cost.
+std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int currentYear, qint64* budget);
 
 // UTC as a zone.
 const std::shared_ptr<const CFileZone>& UtcZone();

@@ -23,6 +23,8 @@ constexpr int RuleBytes = 2000;                  // longest rule text that is lo
 constexpr qint64 RuleDays = 40'000'000;          // days tested for all rules of one file: about 2 s
 constexpr int ZoneObservances = 256;             // of one zone block
 constexpr int ZoneBlocks = 2000;                 // of one file
+constexpr int EqualUids = 1000;                  // items of one UID; finding them again costs their square
+constexpr qsizetype KeptChars = 4 << 20;         // of all changed occurrences of one series
 constexpr int Categories = 64;                   // of one item
 constexpr int Attendees = 1000;                  // of one item
 constexpr int FirstYear = 1601, LastYear = 4500; // what the records can hold

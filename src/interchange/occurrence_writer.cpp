@@ -33,6 +33,15 @@ CRecurrenceException& ExceptionOf(CRecurrencePattern& pattern, int day)
     return *at;
 }
 
+// Whether a single occurrence lies on another day, whatever the zones: it need not be opened.
+bool IsFarFrom(const CForeignKey& key, const CImportedEvent& event)
+{
+    CFileMoment moment;
+    return key.OccurrenceId.startsWith(QLatin1Char('S')) &&
+           ParseMoment(key.OccurrenceId.mid(1).toStdString(), &moment) &&
+           std::abs(DayOfWall(moment.Wall) - DayOfWall(event.RecurrenceId->Wall)) > 2;
+}
+
 // Moves what a pattern says of weekdays and dates along with its first day.
 void MoveDays(CRecurrencePattern& pattern, int from, int to)
 {
@@ -104,7 +113,7 @@ bool COccurrenceWriter::Seek(const CImportedEvent& event, const std::vector<CFor
         }
     }
     for (const CForeignKey& key : keys) {
-        if (key.OccurrenceId.startsWith(QLatin1Char('R')) || !Open(key))
+        if (key.OccurrenceId.startsWith(QLatin1Char('R')) || IsFarFrom(key, event) || !Open(key))
             continue;
         // By its kept name too: its series may have new times since.
         Result known = Result::Created;
@@ -175,11 +184,15 @@ std::shared_ptr<const CFileZone> COccurrenceWriter::ZoneOfItem(const QString& ke
 {
     if (allDay)
         return nullptr;
+    int depth = 0;
     for (qsizetype at = 0; at < kept.size();) {
         const QStringView text = LineAt(kept, at);
         at += text.size() + 1;
-        if (!text.startsWith(QLatin1String("DTSTART"), Qt::CaseInsensitive))
-            continue;
+        depth += text.startsWith(QLatin1String("BEGIN:")) ? 1
+                 : text.startsWith(QLatin1String("END:")) ? -1
+                                                          : 0;
+        if (depth > 0 || !text.startsWith(QLatin1String("DTSTART"), Qt::CaseInsensitive))
+            continue; // those of changed occurrences are their own
         const std::string line = text.toUtf8().toStdString();
         return m_zones.Find(CPropertyLine(line).Parameter("TZID"));
     }
@@ -292,14 +305,15 @@ void COccurrenceWriter::KeepChange(const CImportedEvent& event, const CComponent
     QString& text = m_open.Foreign.Text;
     const QString name = NameOf(event);
     const QString head = kBegin + kId + name + QLatin1Char('\n');
-    if (const qsizetype at = text.indexOf(head); at >= 0) {
+    const qsizetype at = m_open.Changes.contains(name) ? text.indexOf(head) : -1;
+    if (at >= 0) {
         const qsizetype end = text.indexOf(kEnd, at);
         text.remove(at, end < 0 ? text.size() - at : end + kEnd.size() - at);
     }
     const QByteArray hash = CItemWriter::HashBytes(event.Hash);
     text += head + kHash + QString::fromLatin1(hash.toHex()) + QLatin1Char(';') +
             QString::number(event.Sequence) + QLatin1Char('\n');
-    if (component.Text.size() <= kMaxKept)
+    if (component.Text.size() <= kMaxKept && text.size() <= ImportLimit::KeptChars)
         text += QString::fromStdString(component.Text);
     text += kEnd;
     m_open.Changes.insert(name, {hash, event.Sequence});
@@ -399,6 +413,8 @@ COccurrenceWriter::Result COccurrenceWriter::PutAlone(const CImportedEvent& even
         return Result::Unchanged;
     if (event.Cancelled && !exists)
         return Result::NotThere;
+    if (!exists && keys.size() >= size_t(ImportLimit::EqualUids))
+        return Result::TooMany;
     std::unique_ptr<IAppointment> item;
     if (exists)
         if (*status = m_app.GetAppointmentFromOid(at->ItemId, item); !*status)

@@ -141,6 +141,8 @@ int CSeriesBuilder::LastDayByCount(const CEventDates& dates)
         ++n;
         last = DayOfWall(wall);
     }
+    if (n < dates.Rule->Count && (walk.IsExhausted() || n == kCountWalk))
+        m_report.LeftOut(dates.Line, QStringLiteral("the end of the rule, its count is too high"));
     return n < dates.Rule->Count ? kEndOfTime : last;
 }
 

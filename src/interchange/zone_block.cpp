@@ -12,6 +12,7 @@
 namespace
 {
 constexpr int kFirstYear = 1900, kEndYear = 2100;
+constexpr int kMostOnsets = 500; // of one rule; a clock changes once a year by each
 
 struct CObservance {
     bool Daylight = false;
@@ -133,7 +134,8 @@ std::vector<COnset> OnsetsOf(const std::vector<CObservance>& observances, qint64
         }
         CRuleWalk walk(rule, start, budget);
         qint64 wall = 0;
-        for (int n = 0; (rule.Count == 0 || n < rule.Count) && walk.Next(lastDay, &wall); ++n) {
+        const int most = rule.Count == 0 ? kMostOnsets : std::min(rule.Count, kMostOnsets);
+        for (int n = 0; n < most && walk.Next(lastDay, &wall); ++n) {
             const qint64 until = rule.Until ? rule.Until->Wall : 0;
             if (rule.Until && (rule.Until->IsUtc ? wall - *source.From : wall) > until)
                 break;
@@ -201,13 +203,12 @@ TimeZoneInformation RecordOf(const std::vector<COnset>& onsets, int year)
 }
 } // namespace
 
-std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int currentYear)
+std::shared_ptr<const CFileZone> MakeBlockZone(const CComponent& block, int currentYear, qint64* budget)
 {
     const std::vector<CObservance> observances = ReadObservances(block);
     if (observances.empty())
         return nullptr;
-    qint64 budget = ImportLimit::RuleDays / 20;
-    const std::vector<COnset> onsets = OnsetsOf(observances, &budget);
+    const std::vector<COnset> onsets = OnsetsOf(observances, budget);
     std::vector<CFileZone::Change> changes;
     int last = *onsets.front().Source->From;
     for (const COnset& onset : onsets) {

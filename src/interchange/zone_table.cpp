@@ -14,7 +14,7 @@ void CZoneTable::AddBlock(const CComponent& block)
         const std::string name(TrimBlanks(line.Value));
         if (name.empty() || m_blocks.size() >= size_t(ImportLimit::ZoneBlocks))
             return;
-        if (auto zone = MakeBlockZone(block, m_currentYear)) {
+        if (auto zone = MakeBlockZone(block, m_currentYear, &m_budget)) {
             m_blocks[name] = std::move(zone);
             m_found.erase(name);
             m_lastName.clear();
@@ -43,9 +43,13 @@ std::shared_ptr<const CFileZone> CZoneTable::Find(std::string_view name)
 std::shared_ptr<const CFileZone> CZoneTable::Make(const std::string& name)
 {
     const QByteArray systemName = SystemName(name);
-    if (!systemName.isEmpty())
-        if (auto zone = MakeSystemZone(systemName, m_currentYear))
+    if (!systemName.isEmpty()) {
+        std::shared_ptr<const CFileZone>& zone = m_system[systemName];
+        if (!zone)
+            zone = MakeSystemZone(systemName, m_currentYear);
+        if (zone)
             return zone;
+    }
     const auto block = m_blocks.find(name);
     return block == m_blocks.end() ? nullptr : block->second;
 }

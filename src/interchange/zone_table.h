@@ -5,6 +5,7 @@
 #pragma once
 #include "interchange/component_reader.h"
 #include "interchange/file_zone.h"
+#include "interchange/import_limits.h"
 
 #include <QHash>
 #include <memory>
@@ -29,6 +30,8 @@ private:
     int m_currentYear;
     std::unordered_map<std::string, std::shared_ptr<const CFileZone>> m_blocks; // by the name as it stands
     std::unordered_map<std::string, std::shared_ptr<const CFileZone>> m_found;  // null: not known
+    QHash<QByteArray, std::shared_ptr<const CFileZone>> m_system;               // by the system's name
+    qint64 m_budget = ImportLimit::RuleDays / 4;                                // for the rules of all blocks
     QHash<QByteArray, QByteArray> m_systemNames; // lower case to the system's own, made at first need
     std::string m_lastName;
     std::shared_ptr<const CFileZone> m_last;

@@ -104,6 +104,16 @@ TEST_F(ImportTest, EqualSequenceKeepsAll)
     EXPECT_EQ(Items("a"), "|one|2026-03-10..2026-03-11 all-day\n|two|2026-03-11..2026-03-12 all-day\n");
 }
 
+TEST_F(ImportTest, UidOfThousandsOfItemsNamesNone)
+{
+    std::string file;
+    for (int n = 0; n < 3000; ++n)
+        file += Event("same", "DTSTART:20260310", "item " + std::to_string(n));
+    EXPECT_EQ(Import(file).Counts(), "3000 created 0 updated 0 unchanged 0 left out");
+    EXPECT_EQ(Import(file).Counts(), "0 created 0 updated 3000 unchanged 0 left out");
+    EXPECT_EQ(RecordCount(), 3000);
+}
+
 // ---- changed occurrences
 
 TEST_F(ImportTest, ChangedOccurrenceFindsItsSeriesWhereverItStands)
@@ -129,6 +139,16 @@ TEST_F(ImportTest, ChangedOccurrenceFindsItsSeriesWhereverItStands)
     Import(Event("late", kDaily));
     EXPECT_EQ(Items("late"),
               kSeries + "; 2026-03-12 gone\nR20260312T070000Z|y|2026-03-12 10:00..2026-03-12 12:00\n");
+}
+
+TEST_F(ImportTest, SecondChangeFindsTheSeriesOfUtc)
+{
+    const std::string series = "DTSTART:20260310T080000Z\nRRULE:FREQ=DAILY;COUNT=5";
+    Import(Event("a", series) + Event("a", "RECURRENCE-ID:20260311T080000Z\nDTSTART:20260311T090000Z"));
+    Import(Event("a", series) + Event("a", "RECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T100000Z"));
+    EXPECT_EQ(Items("a"),
+              "|x|daily 1 from 2026-03-10 count 5 to 2026-03-14 at 08:00-08:00 bias 0; 2026-03-11 is "
+              "2026-03-11 09:00..2026-03-11 09:00; 2026-03-12 is 2026-03-12 10:00..2026-03-12 10:00\n");
 }
 
 TEST_F(ImportTest, OccurrenceThatStandsAloneStaysSo)
