@@ -40,6 +40,7 @@ private:
 
     CPropertyVolume& m_volume;
     QStringList& m_faults;
+    QStringList m_missing;
     QString m_database; // at hand
     CEOID m_oid = 0;
     std::unordered_set<CEOID> m_oids;
@@ -58,7 +59,7 @@ void CVolumeChecker::EachRecord(const QString& database, std::span<const CEPROPI
     m_database = database;
     const auto handle = m_volume.OpenDatabase(database, {}, true);
     if (!handle) {
-        m_faults += QStringLiteral("There is no database %1.").arg(database);
+        m_missing += QStringLiteral("There is no database %1.").arg(database);
         return;
     }
     Rows rows;
@@ -238,6 +239,9 @@ void CVolumeChecker::Run()
     CheckContacts();
     CheckCategories();
     CheckAssociations();
+    // They are made in one go; a volume with none of them was cut off before that, and is empty.
+    if (m_missing.size() != qsizetype(PimSchema().size()))
+        m_faults += m_missing;
 }
 } // namespace
 

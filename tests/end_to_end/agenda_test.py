@@ -104,6 +104,10 @@ def copies_and_faults(home):
         oid, = volume.execute(f"SELECT min(oid) FROM {table}").fetchone()
         volume.execute(f"UPDATE {table} SET p{0x10420040:08x} = NULL WHERE oid = ?", (oid,))
     volume.close()
+    cut_off = os.path.join(home.path, "cut-off.vol")
+    open(cut_off, "w").close()
+    check = home.pim("--volume", cut_off, "check")
+    expect(check.returncode == 0, f"a volume cut off while it was made is an empty one: {check}")
     check = home.pim("--volume", copy, "check")
     expect(check.returncode == 1 and f"record {oid}" in check.stdout, f"a half-written item: {check}")
 
