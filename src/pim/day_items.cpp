@@ -109,21 +109,25 @@ void CDayItems::DropRepeated()
 {
     struct CKey {
         quint32 ItemId;
+        int Kind; // a contact may have two events on one day
         DATE Start;
         size_t Number;
         bool operator<(const CKey& other) const
         {
-            return std::tie(ItemId, Start, Number) < std::tie(other.ItemId, other.Start, other.Number);
+            return std::tie(ItemId, Kind, Start, Number) <
+                   std::tie(other.ItemId, other.Kind, other.Start, other.Number);
         }
     };
     std::vector<CKey> keys;
     for (size_t i = 0; i < Appointments.size(); ++i)
-        keys.push_back({Appointments[i]->ItemId, Appointments[i]->Start, i});
+        keys.push_back({Appointments[i]->ItemId, Appointments[i]->Kind, Appointments[i]->Start, i});
     for (size_t i = 0; i < m_deferred.size(); ++i)
-        keys.push_back({m_deferred[i]->ItemId, m_deferred[i]->Start, Appointments.size() + i});
+        keys.push_back({m_deferred[i]->ItemId, m_deferred[i]->Kind, m_deferred[i]->Start,
+                        Appointments.size() + i});
     std::sort(keys.begin(), keys.end());
     for (size_t i = 1; i < keys.size(); ++i) {
-        const bool same = keys[i].ItemId == keys[i - 1].ItemId && keys[i].Start == keys[i - 1].Start;
+        const bool same = keys[i].ItemId == keys[i - 1].ItemId && keys[i].Kind == keys[i - 1].Kind &&
+                          keys[i].Start == keys[i - 1].Start;
         if (same && keys[i].Number >= Appointments.size())
             m_deferred[keys[i].Number - Appointments.size()].reset();
     }

@@ -26,6 +26,12 @@ bool IsVisible(const CPimItem& item)
 }
 } // namespace
 
+void CItemCache::SetVolume(std::shared_ptr<CPropertyVolume> volume)
+{
+    m_contacts.Clear();
+    m_volume = std::move(volume);
+}
+
 CDaySpan SpreadSpan(const CAppointment& item, int humanTime)
 {
     CDaySpan span{DayNumber(item.Start), DayNumber(item.End), false};
@@ -132,6 +138,7 @@ void CItemCache::Reload()
 {
     const int first = FirstDay(), last = EndDay() - 1;
     Clear();
+    m_contacts.Clear();
     if (last >= first)
         LoadDays(first, last);
 }
@@ -160,6 +167,8 @@ void CItemCache::LoadDays(int first, int last)
     CAppointmentReader reader = MakeReader();
     for (const Pass pass : {Pass::Ordinary, Pass::Long, Pass::Recurring})
         ReadPass(reader, pass, first, last);
+    if (g_Settings.General.IncludeSpecialEvents != 0 && LoadContacts(false))
+        PlaceContacts(first, last, nullptr);
     SettleDays();
 }
 
@@ -246,16 +255,22 @@ void CItemCache::Trim(int firstDay, int lastDay)
 
 // ---- changes
 
-int CItemCache::ReplaceAppointments(std::vector<CEOID> removed, const std::vector<CEOID>& read)
+int CItemCache::RemoveFromDays(const std::vector<CEOID>& sorted)
 {
-    int bits = kMaskSearch;
-    std::sort(removed.begin(), removed.end());
+    int bits = 0;
     for (const auto& day : m_days) {
-        if (day->RemoveOids(removed))
+        if (day->RemoveOids(sorted))
             bits |= kMaskListWeek | kMaskMonth | (day->Day == m_currentDay ? kMaskDaily : 0);
     }
-    for (const CEOID oid : removed)
+    for (const CEOID oid : sorted)
         m_uids.erase(oid);
+    return bits;
+}
+
+int CItemCache::ReplaceAppointments(std::vector<CEOID> removed, const std::vector<CEOID>& read)
+{
+    std::sort(removed.begin(), removed.end());
+    int bits = kMaskSearch | RemoveFromDays(removed);
     CAppointmentReader reader = MakeReader();
     if (!m_days.empty() && !read.empty() && reader.Open(m_volume, Prop::Start)) {
         for (const CEOID oid : read) {

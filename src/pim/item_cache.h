@@ -5,6 +5,7 @@
 // Ownership: the cache owns its days; loading and notices may free any of them.
 #pragma once
 #include "pim/appointment_reader.h"
+#include "pim/contact_list.h"
 #include "pim/day_items.h"
 
 #include <unordered_map>
@@ -21,7 +22,7 @@ class CItemCache : public IItemColors
 {
 public:
     explicit CItemCache(CCategoryStore& categories) : m_categories(categories) {}
-    void SetVolume(std::shared_ptr<CPropertyVolume> volume) { m_volume = std::move(volume); }
+    void SetVolume(std::shared_ptr<CPropertyVolume> volume);
     void FetchColors();
     COLORREF GetItemColor(const CPimItem& item) const override;
 
@@ -32,12 +33,18 @@ public:
     int FirstDay() const { return m_days.empty() ? 0 : m_days.front()->Day; }
     int Count() const { return int(m_days.size()); }
     void Clear();
-    void Reload(); // the same days anew
+    void Reload(); // the same days and the contacts anew
     void ReapplyFilter();
 
     // Takes the records away from all days and reads those anew that are still there. Result: bits
     // of the views concerned.
     int ReplaceAppointments(std::vector<CEOID> removed, const std::vector<CEOID>& read);
+
+    // Contacts and their special events (special_events.cpp). The list is loaded when special
+    // events are shown, or by force. Result: whether it is there.
+    bool LoadContacts(bool force);
+    CContactList& Contacts() { return m_contacts; }
+    int ReplaceContacts(std::vector<CEOID> removed, const std::vector<CEOID>& read);
 
     // Marks what of today is past. Result: whether the next moment at which an item ends differs.
     bool ScanToday(DATE now);
@@ -58,12 +65,16 @@ private:
     int Spread(const CAppointment& item, bool endsPreviousDay, int first, int last);
     int Spread(const CAppointment& item);
     CAppointmentReader MakeReader();
+    int RemoveFromDays(const std::vector<CEOID>& sorted);
+    int PlaceContacts(int first, int last, const std::vector<CEOID>* only);
+    int PlaceSpecialEvent(const CContactInfo& contact, int kind, const CSpecialDay& at);
     void SettleDays();
     void Trim(int firstDay, int lastDay);
     int EndDay() const { return FirstDay() + Count(); }
 
     CCategoryStore& m_categories;
     std::shared_ptr<CPropertyVolume> m_volume;
+    CContactList m_contacts;
     std::vector<std::unique_ptr<CDayItems>> m_days;
     int m_currentDay = 0;
     DATE m_nextEventTime = NO_DATE;

@@ -89,6 +89,11 @@ void CPimStore::ReapplyFilter()
 {
     d->Cache.ReapplyFilter();
 }
+const std::vector<CContactInfo>& CPimStore::Contacts()
+{
+    d->Cache.LoadContacts(true);
+    return d->Cache.Contacts().Sorted();
+}
 void CPimStore::KeepUids(bool keep)
 {
     d->Cache.KeepUids(keep);
@@ -131,20 +136,22 @@ QString CPimStore::GetUid(CEOID oid)
 
 int CPimStore::Private::Digest(const std::vector<CVolumeChange>& changes)
 {
-    std::vector<CEOID> touched, read;
+    std::vector<CEOID> touched, read, contacts, contactsRead;
     bool categoriesChanged = false;
     // The last word on a record counts.
     for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
         categoriesChanged = categoriesChanged || change->Database == kDbCategories;
         const bool known = change->Type == kNoticeCreated || change->Type == kNoticeChanged ||
                            change->Type == kNoticeDeleted;
-        if (!known || change->Database != kDbAppointments)
+        const bool isContact = change->Database == kDbContacts;
+        if (!known || (change->Database != kDbAppointments && !isContact))
             continue;
-        if (std::find(touched.begin(), touched.end(), change->Oid) != touched.end())
+        std::vector<CEOID>& all = isContact ? contacts : touched;
+        if (std::find(all.begin(), all.end(), change->Oid) != all.end())
             continue;
-        touched.push_back(change->Oid);
+        all.push_back(change->Oid);
         if (change->Type != kNoticeDeleted)
-            read.push_back(change->Oid);
+            (isContact ? contactsRead : read).push_back(change->Oid);
     }
     int bits = 0;
     if (categoriesChanged) { // names, colours and what a filter by name means
@@ -152,6 +159,8 @@ int CPimStore::Private::Digest(const std::vector<CVolumeChange>& changes)
         Cache.ReapplyFilter();
         bits = kAllViews;
     }
+    if (!contacts.empty())
+        bits |= Cache.ReplaceContacts(std::move(contacts), contactsRead);
     if (touched.empty())
         return bits;
     std::reverse(read.begin(), read.end());

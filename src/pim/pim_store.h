@@ -5,6 +5,7 @@
 #pragma once
 #include "object_model/object_model.h"
 #include "pim/category_store.h"
+#include "pim/contact_list.h"
 #include "pim/day_items.h"
 #include "pim/view_mask.h"
 #include "platform/property_volume.h"
@@ -45,6 +46,8 @@ public:
     void Clear(); // drops all cached days
     COLORREF GetItemColor(const CPimItem& item) const;
     bool OnNextEventTimer(DATE now); // true if the moment changed
+    // The contacts in order of name, loaded by force; a reference lives until the next notice.
+    const std::vector<CContactInfo>& Contacts();
     void ReapplyFilter();
 
     // Digests one notice; the result is a mask of ViewMask bits.

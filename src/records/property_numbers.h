@@ -54,7 +54,7 @@ constexpr CEPROPID ContactKind = 0x00F80013;    // read by nobody
 constexpr CEPROPID ContactName = 0x0080001F;
 constexpr CEPROPID ContactBirthday = 0x00F00040;    // file time of a date, no zone
 constexpr CEPROPID ContactAnniversary = 0x00F10040; // likewise
-constexpr CEPROPID ContactDetail = 0x0090001F;
+constexpr CEPROPID ContactDetail = 0x0090001F;      // the first mail address
 // Our own: nine telephone numbers
 constexpr CEPROPID PhoneMobile = 0x7E10001F;
 constexpr CEPROPID PhoneWork = 0x7E11001F;
@@ -72,6 +72,9 @@ constexpr CEPROPID CategoryFlag = 0x00030003;
 constexpr CEPROPID AssocItem = 0x00010013;
 constexpr CEPROPID AssocCategory = 0x00020003;
 } // namespace Prop
+
+// A contact's date whose year nobody knows stands in this one, which has a 29 February.
+constexpr int kContactYearUnknown = 1604;
 
 // Item identifiers: RECID with a tag added to its top bits, modulo 2^32.
 constexpr quint32 kAppointmentTag = 0x40000000u;

@@ -158,6 +158,8 @@ enum StringId : int {
     StrReminderWeeks = 50225,
     StrReminderZero = 50226,
     StrDurationText = 50227,
+    StrBirthdayWithoutAge = 50228,
+    StrAnniversaryWithoutAge = 50229,
 
     // Views
     StrNoAppointments = 50301,
