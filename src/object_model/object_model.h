@@ -174,6 +174,48 @@ public:
     virtual void put_Foreign(const CForeignData& data) = 0;
 };
 
+// Parts of a person's name.
+struct CNameParts {
+    QString Last, First, Middle, Title, Suffix;
+    bool operator==(const CNameParts&) const = default;
+};
+enum class OlPhone { Mobile, Work, Work2, Home, Home2, WorkFax, HomeFax, Car, Pager };
+constexpr int kContactPhones = 9;
+constexpr int kContactMails = 3;
+
+// A contact. Its dates are whole days; one whose year is not known stands in kContactYearUnknown.
+class IContact
+{
+public:
+    virtual ~IContact() = default;
+    virtual QString get_FileAs() const = 0; // the name that lists and special events show
+    virtual void put_FileAs(const QString& name) = 0;
+    virtual CNameParts get_NameParts() const = 0;
+    virtual void put_NameParts(const CNameParts& parts) = 0;
+    virtual QString get_CompanyName() const = 0;
+    virtual void put_CompanyName(const QString& name) = 0;
+    virtual QString get_EmailAddress(int number) const = 0; // from 1; empty beyond the last
+    virtual void put_EmailAddress(int number, const QString& address) = 0;
+    virtual QString get_Telephone(OlPhone phone) const = 0;
+    virtual void put_Telephone(OlPhone phone, const QString& number) = 0;
+    virtual DATE get_Birthday() const = 0; // NO_DATE: none
+    virtual void put_Birthday(DATE date) = 0;
+    virtual DATE get_Anniversary() const = 0;
+    virtual void put_Anniversary(DATE date) = 0;
+    virtual QString get_Body() const = 0;
+    virtual void put_Body(const QString& text) = 0;
+    virtual QString get_Categories() const = 0;
+    virtual void put_Categories(const QString& names) = 0;
+    virtual quint32 get_Oid() const = 0;
+    virtual CEOID RecordOid() const = 0;
+    virtual CStatus Save() = 0;
+    virtual CStatus Delete() = 0;
+    virtual std::unique_ptr<IContact> Copy() = 0; // as of an appointment
+
+    virtual const CForeignData& Foreign() const = 0;
+    virtual void put_Foreign(const CForeignData& data) = 0;
+};
+
 // What Send, Cancel and the infrared folder hand out; the shell gives one.
 class IItemTransport
 {
@@ -203,6 +245,8 @@ public:
     virtual CStatus GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppointment>& item) = 0;
     virtual std::unique_ptr<ITask> CreateTask() = 0; // CreateItem(3)
     virtual CStatus GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item) = 0;
+    virtual std::unique_ptr<IContact> CreateContact() = 0; // CreateItem(2)
+    virtual CStatus GetContactFromOid(quint32 itemId, std::unique_ptr<IContact>& item) = 0;
     // A batch: many whole items in one transaction. A failed save inside it fails that item alone.
     virtual CStatus BeginBatch() = 0;
     virtual CStatus CommitBatch() = 0;
@@ -210,6 +254,7 @@ public:
     // All appointments that carry that UID, in order of identity.
     virtual std::vector<CForeignKey> FindByUid(const QString& uid) = 0;
     virtual std::vector<CForeignKey> FindTasksByUid(const QString& uid) = 0;
+    virtual std::vector<CForeignKey> FindContactsByUid(const QString& uid) = 0;
     virtual bool HasAnyUid() = 0; // false: an importer need not look for earlier items
     virtual void SetTransport(IItemTransport* transport) = 0;
 };

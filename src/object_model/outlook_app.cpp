@@ -2,6 +2,7 @@
 
 #include "object_model/appointment_object.h"
 #include "object_model/appointment_record.h"
+#include "object_model/contact_object.h"
 #include "object_model/task_object.h"
 #include "records/property_numbers.h"
 #include "records/recurrence_blob.h"
@@ -20,7 +21,8 @@ const CTableRow& RowOf(ItemTable table)
 {
     static const CTableRow kTables[] = {
         {kAppointmentsDatabase, kAppointmentTag, Prop::Zone, Prop::Recurrence, "There is no appointment %1."},
-        {kTasksDatabase, kTaskTag, Prop::TaskZone, Prop::TaskRecurrence, "There is no task %1."}};
+        {kTasksDatabase, kTaskTag, Prop::TaskZone, Prop::TaskRecurrence, "There is no task %1."},
+        {kContactsDatabase, kContactTag, 0, 0, "There is no contact %1."}};
     return kTables[size_t(table)];
 }
 } // namespace
@@ -90,6 +92,20 @@ CStatus COutlookApp::GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item
     const CStatus status = ReadItem(ItemTable::Tasks, itemId, TaskRows(), &oid);
     if (status)
         item = std::make_unique<CTaskObject>(*this, oid, itemId, m_rows);
+    return status;
+}
+
+std::unique_ptr<IContact> COutlookApp::CreateContact()
+{
+    return std::make_unique<CContactObject>(*this);
+}
+
+CStatus COutlookApp::GetContactFromOid(quint32 itemId, std::unique_ptr<IContact>& item)
+{
+    CEOID oid = 0;
+    const CStatus status = ReadItem(ItemTable::Contacts, itemId, ContactRows(), &oid);
+    if (status)
+        item = std::make_unique<CContactObject>(*this, oid, itemId, m_rows);
     return status;
 }
 

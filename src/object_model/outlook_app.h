@@ -7,7 +7,7 @@
 class CAppointmentObject;
 
 // The databases of items.
-enum class ItemTable { Appointments, Tasks };
+enum class ItemTable { Appointments, Tasks, Contacts };
 
 class COutlookApp : public IPOutlookApp
 {
@@ -21,6 +21,8 @@ public:
     CStatus GetAppointmentFromOid(quint32 itemId, std::unique_ptr<IAppointment>& item) override;
     std::unique_ptr<ITask> CreateTask() override;
     CStatus GetTaskFromOid(quint32 itemId, std::unique_ptr<ITask>& item) override;
+    std::unique_ptr<IContact> CreateContact() override;
+    CStatus GetContactFromOid(quint32 itemId, std::unique_ptr<IContact>& item) override;
     CStatus BeginBatch() override;
     CStatus CommitBatch() override;
     void AbandonBatch() override;
@@ -31,6 +33,10 @@ public:
     std::vector<CForeignKey> FindTasksByUid(const QString& uid) override
     {
         return FindByUid(ItemTable::Tasks, uid);
+    }
+    std::vector<CForeignKey> FindContactsByUid(const QString& uid) override
+    {
+        return FindByUid(ItemTable::Contacts, uid);
     }
     bool HasAnyUid() override;
     void SetTransport(IItemTransport* transport) override { m_transport = transport; }
@@ -74,7 +80,7 @@ private:
 
     std::shared_ptr<CPropertyVolume> m_volume;
     CCategoryWriter m_categories;
-    CReaders m_readers[2];
+    CReaders m_readers[3];
     std::vector<CEPROPVAL> m_rows;
     CRecordRows m_put;
     IItemTransport* m_transport = nullptr;

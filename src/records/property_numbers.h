@@ -55,7 +55,7 @@ constexpr CEPROPID ContactName = 0x0080001F;
 constexpr CEPROPID ContactBirthday = 0x00F00040;    // file time of a date, no zone
 constexpr CEPROPID ContactAnniversary = 0x00F10040; // likewise
 constexpr CEPROPID ContactDetail = 0x0090001F;      // the first mail address
-// Our own: nine telephone numbers
+// Our own
 constexpr CEPROPID PhoneMobile = 0x7E10001F;
 constexpr CEPROPID PhoneWork = 0x7E11001F;
 constexpr CEPROPID PhoneWork2 = 0x7E12001F;
@@ -65,6 +65,14 @@ constexpr CEPROPID PhoneWorkFax = 0x7E15001F;
 constexpr CEPROPID PhoneHomeFax = 0x7E16001F;
 constexpr CEPROPID PhoneCar = 0x7E17001F;
 constexpr CEPROPID PhonePager = 0x7E18001F;
+constexpr CEPROPID ContactMail2 = 0x7E19001F;
+constexpr CEPROPID ContactMail3 = 0x7E1A001F;
+constexpr CEPROPID ContactCompany = 0x7E1B001F;
+constexpr CEPROPID ContactLastName = 0x7E1C001F;
+constexpr CEPROPID ContactFirstName = 0x7E1D001F;
+constexpr CEPROPID ContactMiddleName = 0x7E1E001F;
+constexpr CEPROPID ContactTitle = 0x7E1F001F;
+constexpr CEPROPID ContactSuffix = 0x7E20001F;
 // Categories
 constexpr CEPROPID CategoryNumber = 0x00010066;
 constexpr CEPROPID CategoryName = 0x0002001F;
