@@ -36,9 +36,14 @@ bool CPimStore::GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int k
                              QString& attendees)
 {
     Q_UNUSED(date);
-    if (kind != kKindAppointment)
+    if (kind != kKindAppointment && kind != kKindTask)
         return true;
     const CPoomSession session(d->Volume);
+    if (std::unique_ptr<ITask> task; kind == kKindTask) {
+        if (session.App() && session.App()->GetTaskFromOid(itemId, task))
+            note = task->get_Body();
+        return true;
+    }
     std::unique_ptr<IAppointment> item = OpenAppointment(session, itemId);
     if (!item)
         return true;

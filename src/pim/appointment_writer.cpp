@@ -2,6 +2,7 @@
 // to the cache by its notice.
 #include "pim/pim_store_private.h"
 
+#include "records/property_numbers.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
@@ -95,7 +96,23 @@ bool DeleteWithCancel(IAppointment& target)
         (void)target.Cancel();
     return target.Delete().IsOk();
 }
+
+// The body does not come along with a copy.
+template <typename Item> bool SaveCopy(Item& item)
+{
+    const auto copy = item.Copy();
+    if (!copy)
+        return false;
+    if (const QString body = item.get_Body(); !body.isEmpty())
+        copy->put_Body(body);
+    return copy->Save().IsOk();
+}
 } // namespace
+
+Choice AskDeleteSeries(IWriterQuestions& questions)
+{
+    return AskSeries(questions, kDeleteQuestion);
+}
 
 std::unique_ptr<IAppointment> CPimStore::GetEditTarget(IPOutlookApp& app, quint32 itemId, int occurrenceDay,
                                                        IWriterQuestions* questions, bool* onlyOccurrence)
@@ -160,7 +177,7 @@ bool CPimStore::DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurre
         return DeleteWithCancel(*item);
     Choice choice = occurrenceDay != 0 ? Choice::First : Choice::Second;
     if (questions)
-        choice = AskSeries(*questions, kDeleteQuestion);
+        choice = AskDeleteSeries(*questions);
     if (choice == Choice::None)
         return false;
     if (choice == Choice::Second)
@@ -171,14 +188,10 @@ bool CPimStore::DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurre
 
 bool CPimStore::DuplicateItem(IPOutlookApp& app, quint32 itemId)
 {
+    if (itemId >= kTaskTag) {
+        std::unique_ptr<ITask> task;
+        return app.GetTaskFromOid(itemId, task) && SaveCopy(*task);
+    }
     std::unique_ptr<IAppointment> item;
-    if (!app.GetAppointmentFromOid(itemId, item))
-        return false;
-    const std::unique_ptr<IAppointment> copy = item->Copy();
-    if (!copy)
-        return false;
-    const QString body = item->get_Body();
-    if (!body.isEmpty())
-        copy->put_Body(body);
-    return copy->Save().IsOk();
+    return app.GetAppointmentFromOid(itemId, item) && SaveCopy(*item);
 }

@@ -78,6 +78,21 @@ void CDayItems::AddAppointment(std::unique_ptr<CAppointment> item, bool recount)
     }
 }
 
+void CDayItems::AddTask(std::unique_ptr<CCalendarTask> task, bool recount)
+{
+    task->Owner = this;
+    Tasks.insert(PlaceOfTask(Tasks, *task), std::move(task));
+    m_changed = true;
+    if (recount)
+        Settle();
+}
+
+void CDayItems::RemoveTasks()
+{
+    m_changed = m_changed || !Tasks.empty();
+    Tasks.clear();
+}
+
 void CDayItems::RemoveByOid(quint32 oid, bool recount)
 {
     if (RemoveOids({oid}) && recount)
@@ -122,8 +137,8 @@ void CDayItems::DropRepeated()
     for (size_t i = 0; i < Appointments.size(); ++i)
         keys.push_back({Appointments[i]->ItemId, Appointments[i]->Kind, Appointments[i]->Start, i});
     for (size_t i = 0; i < m_deferred.size(); ++i)
-        keys.push_back({m_deferred[i]->ItemId, m_deferred[i]->Kind, m_deferred[i]->Start,
-                        Appointments.size() + i});
+        keys.push_back(
+            {m_deferred[i]->ItemId, m_deferred[i]->Kind, m_deferred[i]->Start, Appointments.size() + i});
     std::sort(keys.begin(), keys.end());
     for (size_t i = 1; i < keys.size(); ++i) {
         const bool same = keys[i].ItemId == keys[i - 1].ItemId && keys[i].Kind == keys[i - 1].Kind &&

@@ -29,6 +29,8 @@ public:
     CAppointment* FindAppointment(quint32 itemId, DATE start) const;
     CPimItem* FindByOid(quint32 oid) const;
     void AddAppointment(std::unique_ptr<CAppointment> item, bool recount);
+    void AddTask(std::unique_ptr<CCalendarTask> task, bool recount); // in order
+    void RemoveTasks();                                              // all; Settle recounts
     void RemoveByOid(quint32 oid, bool recount);
     void RecountSlots();
     void MarkConflicts();
@@ -43,7 +45,7 @@ public:
 
     bool Collapsed = false;
     std::vector<std::unique_ptr<CAppointment>> Appointments; // ordered
-    std::vector<std::unique_ptr<CTask>> Tasks;
+    std::vector<std::unique_ptr<CCalendarTask>> Tasks;
     CHourSlot HourSlots[25]; // 0..23 the hours, 24 all-day
     bool Marked = false;
     int AppointmentCount = 0, TaskCount = 0; // visible ones

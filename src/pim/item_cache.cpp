@@ -29,6 +29,7 @@ bool IsVisible(const CPimItem& item)
 void CItemCache::SetVolume(std::shared_ptr<CPropertyVolume> volume)
 {
     m_contacts.Clear();
+    m_tasks.Clear();
     m_volume = std::move(volume);
 }
 
@@ -80,6 +81,7 @@ void CItemCache::ReapplyFilter()
             task->Visible = IsVisible(*task);
         day->RecountSlots();
     }
+    m_tasks.ReapplyFilter();
 }
 
 // ---- loading
@@ -105,6 +107,7 @@ const QString* CItemCache::FindUid(CEOID oid) const
 bool CItemCache::LoadRange(int currentDay, int firstDay, int lastDay)
 {
     m_currentDay = currentDay;
+    MoveTasksToToday();
     if (!m_days.empty() && firstDay >= FirstDay() && lastDay < EndDay())
         return false;
     int first = GetMonthGridStart(firstDay);
@@ -139,6 +142,7 @@ void CItemCache::Reload()
     const int first = FirstDay(), last = EndDay() - 1;
     Clear();
     m_contacts.Clear();
+    m_tasks.Clear();
     if (last >= first)
         LoadDays(first, last);
 }
@@ -167,6 +171,7 @@ void CItemCache::LoadDays(int first, int last)
     CAppointmentReader reader = MakeReader();
     for (const Pass pass : {Pass::Ordinary, Pass::Long, Pass::Recurring})
         ReadPass(reader, pass, first, last);
+    OfferTasks(first, last);
     if (g_Settings.General.IncludeSpecialEvents != 0 && LoadContacts(false))
         PlaceContacts(first, last, nullptr);
     SettleDays();

@@ -7,7 +7,9 @@
 #include "pim/appointment_reader.h"
 #include "pim/contact_list.h"
 #include "pim/day_items.h"
+#include "pim/task_list.h"
 
+#include <climits>
 #include <unordered_map>
 
 // The days on which an item shows, before they are cut to what is cached.
@@ -17,6 +19,15 @@ struct CDaySpan {
 };
 // `humanTime` is the hour up to which the small hours count so, 0 for never.
 CDaySpan SpreadSpan(const CAppointment& item, int humanTime);
+
+// The days on which a task shows, before they are cut to what is cached.
+struct CTaskDays {
+    static constexpr int kNone = INT_MIN;
+    int Due = kNone;
+    int ActiveFrom = kNone; // on each day from here up to the due day
+    int Single = kNone;     // today, for what has no date or is overdue
+};
+CTaskDays DaysOfTask(const CTask& task, int today);
 
 class CItemCache : public IItemColors
 {
@@ -46,6 +57,12 @@ public:
     CContactList& Contacts() { return m_contacts; }
     int ReplaceContacts(std::vector<CEOID> removed, const std::vector<CEOID>& read);
 
+    // Tasks, on the days and in groups (task_days.cpp); read at the first use.
+    const CTaskList& Tasks();
+    const CTaskList::CGroups& TaskGroups();
+    CTaskList& LoadedTasks() { return m_tasks; } // perhaps not yet
+    int ReplaceTasks(const std::vector<CEOID>& removed, const std::vector<CEOID>& read);
+
     // Marks what of today is past. Result: whether the next moment at which an item ends differs.
     bool ScanToday(DATE now);
     DATE NextEventTime() const { return m_nextEventTime; }
@@ -53,6 +70,11 @@ public:
     // UIDs of what is loaded from now on.
     void KeepUids(bool keep) { m_keepUids = keep; }
     const QString* FindUid(CEOID oid) const;
+    void RememberUid(CEOID oid, const QString& uid)
+    {
+        if (m_keepUids)
+            m_uids[oid] = uid;
+    }
 
 private:
     enum class Pass { Ordinary, Long, Recurring };
@@ -68,6 +90,9 @@ private:
     int RemoveFromDays(const std::vector<CEOID>& sorted);
     int PlaceContacts(int first, int last, const std::vector<CEOID>* only);
     int PlaceSpecialEvent(const CContactInfo& contact, int kind, const CSpecialDay& at);
+    void OfferTasks(int first, int last);
+    bool OfferTask(const CCalendarTask& task, int today, int first, int last);
+    void MoveTasksToToday();
     void SettleDays();
     void Trim(int firstDay, int lastDay);
     int EndDay() const { return FirstDay() + Count(); }
@@ -76,6 +101,8 @@ private:
     std::shared_ptr<CPropertyVolume> m_volume;
     CContactList m_contacts;
     std::vector<std::unique_ptr<CDayItems>> m_days;
+    CTaskList m_tasks{m_categories};
+    int m_tasksToday = 0; // the day that was today when tasks were put on the days
     int m_currentDay = 0;
     DATE m_nextEventTime = NO_DATE;
     COLORREF m_apptColorRegular = kColorNotSet, m_apptColorAllDay = kColorNotSet;

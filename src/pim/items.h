@@ -5,6 +5,8 @@
 #include "util/date_time.h"
 
 #include <QString>
+#include <algorithm>
+#include <memory>
 #include <vector>
 
 enum ItemKind {
@@ -98,12 +100,45 @@ public:
     DATE OriginalStart = NO_DATE; // that occurrence's original start in local time
 };
 
-// A task as the calendar views show it, one copy per day.
 class CTask : public CPimItem
 {
 public:
     int GetKind() const override { return kKindTask; }
+    virtual void CopyTo(CTask& other) const;
+    // Negative: this one stands behind the other; positive: before it.
+    virtual int Compare(const CTask& other) const = 0;
+    // By one key of the settings: 0 due, 1 start, 2 priority, 3 completion, 4 subject, each also
+    // 100 higher; others count as equal. Direction 1 is descending.
+    int CompareBy(const CTask& other, int key, int direction) const;
+
     int Priority = 1; // 0 low, 1 normal, 2 high
     bool Complete = false;
+    DATE ReminderTime = NO_DATE;
     DATE CompletedDate = NO_DATE;
 };
+
+// One copy per day on which it shows; ordered by the settings of section Tasks.
+class CCalendarTask : public CTask
+{
+public:
+    int Compare(const CTask& other) const override;
+};
+
+// In a group of the tasks view; ordered by the settings of section TasksView.
+class CTaskListEntry : public CTask
+{
+public:
+    int Compare(const CTask& other) const override;
+    bool MatchesView = true; // by the settings' items to view
+};
+
+// Where a new task goes in a list that is in order.
+template <typename Task> auto PlaceOfTask(const std::vector<std::unique_ptr<Task>>& tasks, const Task& task)
+{
+    if (tasks.empty() || tasks.front()->Compare(task) < 0)
+        return tasks.begin();
+    if (tasks.back()->Compare(task) > 0)
+        return tasks.end(); // often, where many come in order
+    return std::partition_point(tasks.begin() + 1, tasks.end(),
+                                [&task](const auto& x) { return x->Compare(task) > 0; });
+}

@@ -85,6 +85,18 @@ COLORREF CPimStore::GetItemColor(const CPimItem& item) const
 {
     return d->Cache.GetItemColor(item);
 }
+const CTaskList::CGroups& CPimStore::GetTaskGroups()
+{
+    return d->Cache.TaskGroups();
+}
+void CPimStore::RebuildTaskGroups()
+{
+    d->Cache.LoadedTasks().DropGroups();
+}
+void CPimStore::RefreshTaskMatches()
+{
+    d->Cache.LoadedTasks().RefreshMatches();
+}
 void CPimStore::ReapplyFilter()
 {
     d->Cache.ReapplyFilter();
@@ -126,9 +138,14 @@ QString CPimStore::GetUid(CEOID oid)
     CPimDatabase database;
     std::vector<CEPROPVAL> rows;
     const CEPROPID ids[] = {Prop::Uid};
-    if (database.Open(d->Volume, kAppointmentsDatabase, false) &&
-        database.Seek(SeekType::CeOid, {0, qint64(oid)}) == oid && database.ReadRecordProps(ids, rows) == oid)
-        return rows[0].Text;
+    for (const QString& name : {kAppointmentsDatabase, kTasksDatabase, kContactsDatabase}) {
+        if (database.Open(d->Volume, name, false) &&
+            database.Seek(SeekType::CeOid, {0, qint64(oid)}) == oid &&
+            database.ReadRecordProps(ids, rows) == oid) {
+            d->Cache.RememberUid(oid, rows[0].Text);
+            return rows[0].Text;
+        }
+    }
     return QString();
 }
 
@@ -136,36 +153,41 @@ QString CPimStore::GetUid(CEOID oid)
 
 int CPimStore::Private::Digest(const std::vector<CVolumeChange>& changes)
 {
-    std::vector<CEOID> touched, read, contacts, contactsRead;
+    struct CTouched {
+        std::vector<CEOID> All, Read;
+    } touched[kDbContacts + 1];
     bool categoriesChanged = false;
     // The last word on a record counts.
     for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
         categoriesChanged = categoriesChanged || change->Database == kDbCategories;
         const bool known = change->Type == kNoticeCreated || change->Type == kNoticeChanged ||
                            change->Type == kNoticeDeleted;
-        const bool isContact = change->Database == kDbContacts;
-        if (!known || (change->Database != kDbAppointments && !isContact))
+        if (!known || change->Database < kDbAppointments || change->Database > kDbContacts)
             continue;
-        std::vector<CEOID>& all = isContact ? contacts : touched;
-        if (std::find(all.begin(), all.end(), change->Oid) != all.end())
+        CTouched& of = touched[change->Database];
+        if (std::find(of.All.begin(), of.All.end(), change->Oid) != of.All.end())
             continue;
-        all.push_back(change->Oid);
+        of.All.push_back(change->Oid);
         if (change->Type != kNoticeDeleted)
-            (isContact ? contactsRead : read).push_back(change->Oid);
+            of.Read.push_back(change->Oid);
     }
     int bits = 0;
     if (categoriesChanged) { // names, colours and what a filter by name means
         Categories.Load();
+        Cache.LoadedTasks().DropGroups();
         Cache.ReapplyFilter();
         bits = kAllViews;
     }
-    if (!contacts.empty())
-        bits |= Cache.ReplaceContacts(std::move(contacts), contactsRead);
-    if (touched.empty())
-        return bits;
-    std::reverse(read.begin(), read.end());
-    bits |= Cache.ReplaceAppointments(touched, read);
-    RearmTimer();
+    if (CTouched& of = touched[kDbContacts]; !of.All.empty())
+        bits |= Cache.ReplaceContacts(std::move(of.All), of.Read);
+    for (const int database : {kDbAppointments, kDbTasks})
+        std::reverse(touched[database].Read.begin(), touched[database].Read.end());
+    if (CTouched& of = touched[kDbTasks]; !of.All.empty())
+        bits |= Cache.ReplaceTasks(of.All, of.Read);
+    if (CTouched& of = touched[kDbAppointments]; !of.All.empty()) {
+        bits |= Cache.ReplaceAppointments(of.All, of.Read);
+        RearmTimer();
+    }
     return bits;
 }
 

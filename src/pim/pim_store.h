@@ -7,6 +7,7 @@
 #include "pim/category_store.h"
 #include "pim/contact_list.h"
 #include "pim/day_items.h"
+#include "pim/task_list.h"
 #include "pim/view_mask.h"
 #include "platform/property_volume.h"
 
@@ -48,6 +49,11 @@ public:
     bool OnNextEventTimer(DATE now); // true if the moment changed
     // The contacts in order of name, loaded by force; a reference lives until the next notice.
     const std::vector<CContactInfo>& Contacts();
+    // The tasks in groups as the tasks view shows them, read at the first use; a reference lives
+    // until the next notice.
+    const CTaskList::CGroups& GetTaskGroups();
+    void RebuildTaskGroups();  // after a change of their sort settings
+    void RefreshTaskMatches(); // after a change of the items to view
     void ReapplyFilter();
 
     // Digests one notice; the result is a mask of ViewMask bits.
@@ -89,7 +95,16 @@ public:
                          IWriterQuestions* questions);
     // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
     bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
-    bool DuplicateItem(IPOutlookApp& app, quint32 itemId);
+    bool DuplicateItem(IPOutlookApp& app, quint32 itemId); // an appointment or a task
+
+    // ---- tasks (task_writer.cpp)
+    void ReadTaskFromModel(ITask& item, CTask& task);
+    // An item identifier of 0 makes a new one. A recurring task keeps its pattern.
+    bool SaveTask(IPOutlookApp* app, const CTask& task, const QString& note);
+    // A series asks whether all of it goes or its present date alone; without `questions` the date.
+    bool DeleteTask(IPOutlookApp& app, quint32 itemId, IWriterQuestions* questions);
+    // Completes an active task or activates a complete one; its reminder goes.
+    bool ToggleTaskComplete(IPOutlookApp& app, quint32 itemId);
 
 private:
     struct Private;

@@ -14,3 +14,6 @@ struct CPimStore::Private {
     DATE CursorDate = NO_DATE;
     qint64 LastChange = 0;
 };
+
+// For a series that is to be deleted. First: the occurrence; Second: the series.
+IWriterQuestions::Choice AskDeleteSeries(IWriterQuestions& questions);

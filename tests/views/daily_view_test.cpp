@@ -129,7 +129,7 @@ TEST_F(Daily, PastAppointmentsShowAsChosen)
 TEST_F(Daily, TasksFollowWhenWanted)
 {
     Fill(1);
-    auto task = std::make_unique<CTask>();
+    auto task = std::make_unique<CCalendarTask>();
     task->ItemId = 77;
     task->Subject = QStringLiteral("Pay the rent");
     PimStore().FindDay(kToday)->Tasks.push_back(std::move(task));
@@ -482,7 +482,7 @@ TEST_F(Daily, ATapOnEmptySpaceClearsTheSelection)
 
 TEST_F(Daily, ATapOnTheCheckBoxTogglesWithoutAMenu)
 {
-    auto task = std::make_unique<CTask>();
+    auto task = std::make_unique<CCalendarTask>();
     task->ItemId = 77;
     task->Subject = QStringLiteral("Pay the rent");
     PimStore().FindDay(kToday)->Tasks.push_back(std::move(task));

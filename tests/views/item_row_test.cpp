@@ -200,7 +200,7 @@ TEST_F(ItemRows, ATaskTellsWhereItsCheckBoxIs)
 {
     for (const bool single : {false, true}) {
         Init(single);
-        CTask task;
+        CCalendarTask task;
         task.Subject = QStringLiteral("Pay the rent");
         for (const int priority : {0, 1, 2}) {
             task.Priority = priority;

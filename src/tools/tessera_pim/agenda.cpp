@@ -53,7 +53,7 @@ QByteArray TimesOnDay(const CAppointment& item, int day)
 
 bool PrintDay(const CDayItems& day)
 {
-    if (day.Appointments.empty())
+    if (day.Appointments.empty() && day.Tasks.empty())
         return true;
     const SystemTime date = SystemTimeOf(day.Day);
     std::printf("%04d-%02d-%02d %s\n", date.wYear, date.wMonth, date.wDay,
@@ -65,6 +65,8 @@ bool PrintDay(const CDayItems& day)
             std::printf(" (%s)", OneLine(item->Location).constData());
         std::printf("\n");
     }
+    for (const auto& task : day.Tasks)
+        std::printf("  %-11s  %s\n", task->Complete ? "done" : "to do", OneLine(task->Subject).constData());
     return std::fflush(stdout) == 0;
 }
 
@@ -95,6 +97,11 @@ bool CAgenda::PrintDay(const CDayItems& day)
     m_json.BeginDay(day.Day);
     for (const auto& item : day.Appointments) {
         m_json.AddAppointment(*item, m_store.GetUid(item->RecordOid));
+        if (m_json.IsFull() && !m_json.Flush())
+            return false;
+    }
+    for (const auto& task : day.Tasks) {
+        m_json.AddTask(*task, m_store.GetUid(task->RecordOid));
         if (m_json.IsFull() && !m_json.Flush())
             return false;
     }

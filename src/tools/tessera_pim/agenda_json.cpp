@@ -154,11 +154,30 @@ void CAgendaJson::CategoryNames(const CCategorySet& set)
 
 void CAgendaJson::AddAppointment(const CAppointment& item, const QString& uid)
 {
+    AddItem(item, uid,
+            {KindName(item.Kind), item.Location, item.AllDay ? EndOfAllDay(item) : item.End,
+             item.IsRecurring() ? item.OriginalStart : NO_DATE, item.AllDay, item.HasAttendees, item.Conflict,
+             item.BusyStatus});
+    Put("}\n");
+}
+
+void CAgendaJson::AddTask(const CTask& item, const QString& uid)
+{
+    AddItem(item, uid, {"task", QString(), item.End, NO_DATE});
+    Bool("complete", item.Complete);
+    Put(",\"priority\":");
+    Number(item.Priority);
+    Put("}\n");
+}
+
+// All keys but those of tasks; the object stays open.
+void CAgendaJson::AddItem(const CPimItem& item, const QString& uid, const CFields& fields)
+{
     Reserve(kRowBytes);
     Put("{\"day\":\"");
     Date(m_rowDay);
     Put("\",\"kind\":\"");
-    Put(KindName(item.Kind));
+    Put(fields.Kind);
     Put("\",\"id\":");
     Number(int(item.ItemId));
     Put(",\"uid\":");
@@ -169,26 +188,25 @@ void CAgendaJson::AddAppointment(const CAppointment& item, const QString& uid)
     Put(",\"subject\":");
     Text(item.Subject);
     Put(",\"location\":");
-    Text(item.Location);
+    Text(fields.Location);
     Put(",\"start\":");
     Moment(item.Start);
     Put(",\"end\":");
-    Moment(item.AllDay ? EndOfAllDay(item) : item.End);
+    Moment(fields.End);
     Put(",\"occurrence\":");
-    Moment(item.IsRecurring() ? item.OriginalStart : NO_DATE);
-    Bool("all_day", item.AllDay);
+    Moment(fields.Occurrence);
+    Bool("all_day", fields.AllDay);
     Put(",\"recurrence\":");
     Number(item.Recurrence);
     Put(",\"busy\":");
-    Number(item.BusyStatus);
+    Number(fields.BusyStatus);
     Put(",\"sensitivity\":");
     Number(item.Sensitivity);
     CategoryNames(item.Categories);
     Bool("note", item.HasNote);
     Bool("reminder", item.ReminderSet);
-    Bool("attendees", item.HasAttendees);
-    Bool("conflict", item.Conflict);
-    Put("}\n");
+    Bool("attendees", fields.HasAttendees);
+    Bool("conflict", fields.Conflict);
 }
 
 bool CAgendaJson::Flush()

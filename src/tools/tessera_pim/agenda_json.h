@@ -17,12 +17,21 @@ public:
     explicit CAgendaJson(const CCategoryStore& categories) : m_categories(categories) {}
     void BeginDay(int day) { m_rowDay = day; }
     void AddAppointment(const CAppointment& item, const QString& uid);
+    void AddTask(const CTask& item, const QString& uid);
     // Writes what has gathered to standard output; false when that fails.
     bool Flush();
     bool IsFull() const { return m_used >= kFlushBytes; }
 
 private:
     static constexpr size_t kFlushBytes = 1 << 18;
+    struct CFields { // that the kinds of items do not have alike
+        std::string_view Kind;
+        const QString& Location;
+        DATE End, Occurrence;
+        bool AllDay = false, HasAttendees = false, Conflict = false;
+        int BusyStatus = 0;
+    };
+    void AddItem(const CPimItem& item, const QString& uid, const CFields& fields);
     void Reserve(size_t bytes); // room for so many more
     void Put(char c) { m_buffer[m_used++] = c; }
     void Put(std::string_view text);
