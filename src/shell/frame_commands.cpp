@@ -32,6 +32,7 @@ const CMainFrame::CommandRow* CMainFrame::FindCommand(int command)
         {CmdDateForward, &CMainFrame::CmdMoveDate},
         {CmdMenu, &CMainFrame::CmdOpenMenu},
         {CmdToday, &CMainFrame::CmdMoveDate},
+        {CmdToggleTask, &CMainFrame::CmdToggleSelected},
         {CmdDuplicate, &CMainFrame::CmdDuplicateItem},
         {CmdPreviousView, &CMainFrame::CmdShowPrevious},
     };
@@ -111,6 +112,8 @@ CItemTarget CMainFrame::SelectedItem() const
     if (const auto* appointment = dynamic_cast<const CAppointment*>(item);
         appointment && appointment->OriginalDay)
         target.Day = appointment->OriginalDay;
+    if (const auto* task = dynamic_cast<const CTask*>(item))
+        target.Complete = task->Complete;
     return target;
 }
 
@@ -122,6 +125,11 @@ void CMainFrame::CmdDeleteItem(int)
 void CMainFrame::CmdDuplicateItem(int)
 {
     m_itemActions.Duplicate(SelectedItem(), this);
+}
+
+void CMainFrame::CmdToggleSelected(int)
+{
+    m_itemActions.ToggleComplete(SelectedItem(), this);
 }
 
 void CMainFrame::CmdPressViewButton(int)

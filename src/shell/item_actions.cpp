@@ -1,5 +1,6 @@
 #include "shell/item_actions.h"
 #include "pim/pim_store.h"
+#include "settings/settings.h"
 #include "shell/question.h"
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"
@@ -13,7 +14,7 @@ void TellFailure(QWidget* owner)
 }
 } // namespace
 
-QString DeleteQuestion(int beginningId, const QString& subject)
+QString ItemQuestion(int beginningId, const QString& subject)
 {
     QString text = GetString(beginningId);
     if (!text.endsWith(u' '))
@@ -23,22 +24,41 @@ QString DeleteQuestion(int beginningId, const QString& subject)
 
 void CItemActions::Delete(const CItemTarget& target, QWidget* owner)
 {
-    if (target.Kind != kKindAppointment)
+    const bool isTask = target.Kind == kKindTask;
+    if (!isTask && target.Kind != kKindAppointment)
         return;
-    if (!AskYesNo(owner, DeleteQuestion(StrDeleteAppointmentQuestion, target.Subject),
+    if (!AskYesNo(owner,
+                  ItemQuestion(isTask ? StrDeleteTaskQuestion : StrDeleteAppointmentQuestion, target.Subject),
                   GetString(StrDeleteCaption)))
         return;
     const CPoomSession session(PimStore().Volume());
     CDialogQuestions questions(owner);
-    const bool deleted =
-        session.App() && PimStore().DeleteAppointment(*session.App(), target.ItemId, target.Day, &questions);
+    bool deleted = false;
+    if (IPOutlookApp* app = session.App())
+        deleted = isTask ? PimStore().DeleteTask(*app, target.ItemId, &questions)
+                         : PimStore().DeleteAppointment(*app, target.ItemId, target.Day, &questions);
     if (!deleted && !questions.WentBack())
+        TellFailure(owner);
+}
+
+void CItemActions::ToggleComplete(const CItemTarget& target, QWidget* owner)
+{
+    if (target.Kind != kKindTask)
+        return;
+    const bool active = !target.Complete;
+    if (g_Settings.Tasks.ConfirmCompletion == 1 &&
+        !AskYesNo(owner,
+                  ItemQuestion(active ? StrCompleteTaskQuestion : StrActivateTaskQuestion, target.Subject),
+                  GetString(active ? StrCompleteTaskCaption : StrActivateTaskCaption)))
+        return;
+    const CPoomSession session(PimStore().Volume());
+    if (!session.App() || !PimStore().ToggleTaskComplete(*session.App(), target.ItemId))
         TellFailure(owner);
 }
 
 void CItemActions::Duplicate(const CItemTarget& target, QWidget* owner)
 {
-    if (target.Kind != kKindAppointment)
+    if (target.Kind != kKindAppointment && target.Kind != kKindTask)
         return;
     bool duplicated;
     {

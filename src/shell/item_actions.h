@@ -1,4 +1,4 @@
-// What a command does to one item: deleting and duplicating. The cache learns of it by the notice.
+// What a command does to one item: deleting, duplicating, completing. The cache learns of it by the notice.
 // Errors: a failed action tells why in a message; the volume is as it was then.
 #pragma once
 #include "util/date_time.h"
@@ -13,6 +13,7 @@ struct CItemTarget {
     quint32 ItemId = 0;
     int Day = 0; // of a series: the occurrence's original day, else the shown one
     QString Subject;
+    bool Complete = false; // of a task
 };
 
 class CItemActions
@@ -20,6 +21,7 @@ class CItemActions
 public:
     void Delete(const CItemTarget& target, QWidget* owner); // asks before
     void Duplicate(const CItemTarget& target, QWidget* owner);
+    void ToggleComplete(const CItemTarget& target, QWidget* owner); // of a task; asks when it is so set
 };
 // The question's text: the beginning, one blank, the subject, the end.
-QString DeleteQuestion(int beginningId, const QString& subject);
+QString ItemQuestion(int beginningId, const QString& subject);

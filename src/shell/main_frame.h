@@ -120,6 +120,7 @@ private:
     void CmdOpenMenu(int);
     void CmdDeleteItem(int);
     void CmdDuplicateItem(int);
+    void CmdToggleSelected(int);
     void CmdPressViewButton(int);
     void CmdShowPrevious(int);
     void CmdRebuildKeys(int);

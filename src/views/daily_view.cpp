@@ -291,6 +291,9 @@ bool CDailyView::OnKey(int key)
         return GoToDay(SameDateInYear(day, -1));
     case '6':
         return GoToDay(SameDateInYear(day, 1));
+    case '9':
+        m_host.SendCommand(CmdToggleTask);
+        return true;
     default:
         return false;
     }

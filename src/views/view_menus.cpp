@@ -15,6 +15,7 @@ enum Shown : unsigned {
     kAppointment = 1,
     kActiveTask = 2,
     kCompletedTask = 4,
+    kAnyItem = kAppointment | kActiveTask | kCompletedTask,
     kAlways = 8,
 };
 
@@ -26,12 +27,16 @@ struct MenuRow {
 };
 
 constexpr MenuRow kItemMenu[] = {
-    {StrDelete, CmdDelete, PictureDelete, kAppointment},
-    {StrDuplicate, CmdDuplicate, PictureDuplicate, kAppointment},
+    {StrCompleteTask, CmdToggleTask, PictureCompleteTask, kActiveTask},
+    {StrActivateTask, CmdToggleTask, PictureActivateTask, kCompletedTask},
+    {StrDelete, CmdDelete, PictureDelete, kAnyItem},
+    {StrDuplicate, CmdDuplicate, PictureDuplicate, kAnyItem},
 };
 constexpr MenuRow kViewMenu[] = {
-    {StrDelete, CmdDelete, PictureDelete, kAppointment},
-    {StrDuplicate, CmdDuplicate, PictureDuplicate, kAppointment},
+    {StrCompleteTask, CmdToggleTask, PictureCompleteTask, kActiveTask},
+    {StrActivateTask, CmdToggleTask, PictureActivateTask, kCompletedTask},
+    {StrDelete, CmdDelete, PictureDelete, kAnyItem},
+    {StrDuplicate, CmdDuplicate, PictureDuplicate, kAnyItem},
 };
 
 unsigned SelectionOf(const CPimItem* item)

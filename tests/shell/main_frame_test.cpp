@@ -203,7 +203,7 @@ TEST_F(MainFrame, DatesMoveByCommandAndSoftKey)
 TEST_F(MainFrame, WhatThisBuildHasNoHandlerForIsIgnored)
 {
     CMainFrame& frame = Start();
-    for (const int command : {CmdNewAppointment, CmdGoTo, CmdSettings, CmdToggleTask, CmdNone}) {
+    for (const int command : {CmdNewAppointment, CmdGoTo, CmdSettings, CmdNewTask, CmdNone}) {
         EXPECT_FALSE(CMainFrame::OffersCommand(command)) << command;
         frame.SendCommand(command);
     }
@@ -263,4 +263,71 @@ TEST_F(MainFrame, OfASeriesTheChosenPartGoes)
     frame.SendCommand(CmdDelete);
     EXPECT_TRUE(
         WaitFor([&] { return SubjectsOf(kToday + 1).isEmpty() && SubjectsOf(kToday - 1).isEmpty(); }));
+}
+
+TEST_F(MainFrame, ATaskIsCompletedAndTheNoticeBringsItBack)
+{
+    const auto task = m_app->CreateTask();
+    task->put_Subject("rent");
+    task->put_DueDate(kToday);
+    ASSERT_TRUE(task->Save());
+    CMainFrame& frame = Start();
+    frame.StartNotices();
+    const auto isComplete = [] {
+        const auto& tasks = PimStore().FindDay(kToday)->Tasks;
+        return tasks.size() == 1 && tasks[0]->Complete;
+    };
+    QStringList asked;
+    int answer = 0;
+    SetAnswerer([&](const QString& text, const QString& caption) {
+        asked << caption + ": " + text;
+        return answer;
+    });
+    for (const int key : {Qt::Key_9, Qt::Key_C}) { // to and fro
+        const bool before = isComplete();
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&frame, &press);
+        EXPECT_TRUE(WaitFor([&] { return isComplete() != before; })) << key;
+    }
+    EXPECT_EQ(asked, QStringList());
+    g_Settings.Tasks.ConfirmCompletion = 1;
+    frame.SendCommand(CmdToggleTask);
+    answer = 1;
+    frame.SendCommand(CmdToggleTask);
+    EXPECT_TRUE(WaitFor(isComplete));
+    frame.SendCommand(CmdToggleTask);
+    EXPECT_TRUE(WaitFor([&] { return !isComplete(); }));
+    const QString complete = "Complete Task?: Are you sure you would like to complete the task rent ?";
+    EXPECT_EQ(asked,
+              (QStringList{complete, complete,
+                           "Activate Task?: Are you sure you would like to activate the task rent ?"}));
+}
+
+TEST_F(MainFrame, OfARecurringTaskThePresentDateOrAllGoes)
+{
+    const auto task = m_app->CreateTask();
+    task->put_Subject("rent");
+    task->put_DueDate(kToday);
+    task->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
+    ASSERT_TRUE(task->Save());
+    CMainFrame& frame = Start();
+    frame.StartNotices();
+    const auto countOn = [](int day) { return PimStore().FindDay(day)->Tasks.size(); };
+    QStringList asked;
+    int answer = 0;
+    SetAnswerer([&](const QString& text, const QString& caption) {
+        asked << text;
+        return caption == "Delete?" ? 1 : answer;
+    });
+    frame.SendCommand(CmdDelete);
+    EXPECT_EQ(asked.value(0), "Are you sure you would like to delete the task rent ?");
+    EXPECT_EQ(countOn(kToday), 1u);
+    answer = 1;
+    frame.SendCommand(CmdDelete);
+    EXPECT_TRUE(WaitFor([&] { return countOn(kToday) == 0 && countOn(kToday + 1) == 1; }));
+    frame.SendCommand(CmdDateForward);
+    answer = 2;
+    frame.SendCommand(CmdDelete);
+    EXPECT_TRUE(WaitFor([&] { return countOn(kToday + 1) == 0 && countOn(kToday + 2) == 0; }));
+    EXPECT_EQ(m_volume->RecordCount(kTasksDatabase), 0);
 }

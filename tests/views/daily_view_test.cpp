@@ -358,7 +358,7 @@ TEST_F(Daily, KeysMoveTheDate)
         EXPECT_EQ(PimStore().CursorDate(), c.To) << c.Key;
         EXPECT_GE(Host.Titles, 1);
     }
-    for (const int key : {13, int('5'), int('9'), int('7'), int(kKeyEscape)})
+    for (const int key : {13, int('5'), int('7'), int(kKeyEscape)})
         EXPECT_FALSE(View->OnKey(key)) << key << " is not the view's";
 }
 
@@ -496,10 +496,25 @@ TEST_F(Daily, ATapOnTheCheckBoxTogglesWithoutAMenu)
         Release(at);
         EXPECT_EQ(Host.Commands, std::vector<int>{CmdToggleTask});
     }
+    for (const bool complete : {false, true}) { // beside it the menu opens
+        static_cast<CTask*>(row.m_item)->Complete = complete;
+        Host.Commands.clear();
+        QStringList texts;
+        View->show();
+        QTimer::singleShot(0, View.get(), [&] {
+            CTouchMenu* menu = CTouchMenu::Current();
+            for (int i = 0; i < menu->GetRowCount(); ++i)
+                texts << menu->GetRow(i).Text;
+            menu->Choose(CmdToggleTask);
+        });
+        Press(box.topRight() + QPoint(6, 0));
+        Release(box.topRight() + QPoint(6, 0));
+        EXPECT_EQ(texts, (QStringList{complete ? "Activate task" : "Complete Task", "Delete", "Duplicate"}));
+        EXPECT_EQ(Host.Commands, std::vector<int>{CmdToggleTask});
+    }
     Host.Commands.clear();
-    Press(box.topRight() + QPoint(6, 0));
-    Release(box.topRight() + QPoint(6, 0));
-    EXPECT_TRUE(Host.Commands.empty());
+    EXPECT_TRUE(View->OnKey('9'));
+    EXPECT_EQ(Host.Commands, std::vector<int>{CmdToggleTask});
 }
 
 TEST_F(Daily, RightClickAndMenuKeyOpenTheItemsMenu)
