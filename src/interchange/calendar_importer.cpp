@@ -36,7 +36,8 @@ TimeZoneInformation DeviceZone()
 CCalendarImporter::CCalendarImporter(IPOutlookApp& app, CImportReport& report)
     : m_app(app), m_report(report), m_device(DeviceZone()), m_currentYear(GetLocalTime().wYear),
       m_ruleBudget(ImportLimit::RuleDays), m_zones(m_currentYear), m_events(m_zones, m_device, report),
-      m_writer(app, m_device), m_occurrences(app, m_writer, m_zones, m_device)
+      m_writer(app, m_device), m_occurrences(app, m_writer, m_zones, m_device),
+      m_contacts(app, report)
 {
 }
 
@@ -54,6 +55,8 @@ ImportResult CCalendarImporter::Import(CLineReader::ReadBytes read, const Progre
     while (!m_failed && !interrupted && reader.Next(component)) {
         if (component.Name == "VTIMEZONE")
             m_zones.AddBlock(component);
+        else if (component.Name == "VCARD")
+            TakeContact(component);
         else
             TakeComponent(component, reader.Method(), false);
         if (++items % kProgressItems == 0)
@@ -106,6 +109,13 @@ void CCalendarImporter::Fail(const CStatus& status, int line)
         return;
     }
     m_report.LeftOut(line, status.Text());
+}
+
+void CCalendarImporter::TakeContact(const CComponent& component)
+{
+    ++m_inBatch;
+    if (const CStatus status = m_contacts.Take(component); !status)
+        Fail(status, component.FirstLine);
 }
 
 void CCalendarImporter::TakeComponent(const CComponent& component, const std::string& method, bool atEnd)

@@ -1,4 +1,4 @@
-// Takes in one iCalendar file: events into items of the volume, in batches.
+// Takes in one file of calendars or cards: events and contacts into items of the volume, in batches.
 // An item of the file is the one in the volume that has its UID, its place among those of equal
 //   UID and sequence, and its occurrence; a higher sequence replaces a lower one. What is equal by
 //   content is not touched.
@@ -8,6 +8,7 @@
 // Errors: a batch that cannot be written leaves the volume as it was after the one before.
 #pragma once
 #include "interchange/component_spool.h"
+#include "interchange/contact_importer.h"
 #include "interchange/imported_event.h"
 #include "interchange/item_writer.h"
 #include "interchange/occurrence_writer.h"
@@ -44,6 +45,7 @@ private:
     };
 
     void TakeComponent(const CComponent& component, const std::string& method, bool atEnd);
+    void TakeContact(const CComponent& component);
     void TakeEvent(CImportedEvent& event, const std::string& method);
     void TakeByContent(CImportedEvent& event, const std::string& method);
     Known Sort(const std::vector<CForeignKey>& keys, const CImportedEvent& event, quint32 index) const;
@@ -68,6 +70,7 @@ private:
     CEventReader m_events;
     CItemWriter m_writer;
     COccurrenceWriter m_occurrences;
+    CContactImporter m_contacts;
     CComponentSpool m_spool;
     CImportedEvent m_event;
     std::string m_method;

@@ -37,9 +37,10 @@ std::string MarkedName(std::string_view text, std::string_view mark)
 
 bool MayBeLong(std::string_view name)
 {
+    name = name.substr(name.rfind('.') + 1); // a card's properties may stand in groups
     return name.starts_with("X-") || name.starts_with("x-") || EqualsUpper(name, "ATTACH") ||
            EqualsUpper(name, "PHOTO") || EqualsUpper(name, "IMAGE") || EqualsUpper(name, "LOGO") ||
-           EqualsUpper(name, "SOUND");
+           EqualsUpper(name, "SOUND") || EqualsUpper(name, "KEY");
 }
 bool IsDateList(std::string_view name)
 {
@@ -91,7 +92,6 @@ CComponentReader::CComponentReader(CLineReader::ReadBytes read, CImportReport& r
     : m_lines(std::move(read)), m_report(report), m_skipped{{"VTODO", "tasks"},
                                                             {"VJOURNAL", "journal entries"},
                                                             {"VFREEBUSY", "free and busy times"},
-                                                            {"VCARD", "contacts"},
                                                             {"VALARM", "alarms outside an item"},
                                                             {"", "unknown components"}}
 {
@@ -138,7 +138,7 @@ bool CComponentReader::Begin(const std::string& name)
     }
     const bool topLevel = name == "VEVENT" || name == "VTODO" || name == "VTIMEZONE" || name == "VJOURNAL";
     // None of these stands inside another: the one before was never closed.
-    if (topLevel && !m_stack.empty())
+    if ((topLevel || (name == "VCARD" && !ExpectsCard())) && !m_stack.empty())
         DropOpen();
     if (m_stack.empty()) {
         StartComponent(name);
@@ -161,7 +161,7 @@ void CComponentReader::StartComponent(const std::string& name)
 {
     m_stack.push_back(name);
     m_sawCalendar = m_sawCalendar || name == "VEVENT" || name == "VTODO" || name == "VCARD";
-    m_wanted = name == "VEVENT" || name == "VTIMEZONE";
+    m_wanted = name == "VEVENT" || name == "VCARD" || name == "VTIMEZONE";
     m_tooDeep = 0;
     m_toldDepth = m_toldLong = false;
     m_ordinaryBytes = m_longBytes = m_dateBytes = 0;
@@ -176,6 +176,13 @@ void CComponentReader::StartComponent(const std::string& name)
         entry = std::prev(m_skipped.end());
     if (entry->Count++ == 0)
         entry->FirstLine = m_line.Number;
+}
+
+// An agent's card stands within the card.
+bool CComponentReader::ExpectsCard() const
+{
+    return m_open.Name == "VCARD" && !m_open.Lines.empty() &&
+           EqualsUpper(m_open.LineText(m_open.Lines.back()).substr(0, 6), "AGENT:");
 }
 
 bool CComponentReader::End(const std::string& name, CComponent& component)
@@ -236,6 +243,8 @@ void CComponentReader::StoreNested(std::string_view text)
 
 void CComponentReader::Store(std::string_view text)
 {
+    if (m_open.Name == "VCARD" && text.find(':') == std::string_view::npos && ContinueEncoded(text))
+        return;
     const size_t nameEnd = std::min(text.find_first_of(":;"), text.size());
     const std::string_view name = text.substr(0, nameEnd);
     if (IsDateList(name)) {
@@ -258,6 +267,24 @@ void CComponentReader::Store(std::string_view text)
     }
     used += text.size();
     m_open.AddLine(text, m_line.Number);
+}
+
+// Old cards do not always indent the lines of an encoded picture.
+bool CComponentReader::ContinueEncoded(std::string_view text)
+{
+    if (m_open.Lines.empty() || m_longBytes + text.size() > ImportLimit::LongBytes)
+        return false;
+    CComponent::Line& last = m_open.Lines.back();
+    const std::string_view before = m_open.LineText(last);
+    if (AsciiUpper(before.substr(0, std::min<size_t>(before.find(':'), 200))).find("BASE64") ==
+        std::string::npos)
+        return false;
+    m_longBytes += text.size();
+    m_open.Text.back() = text.front();
+    m_open.Text.append(text.substr(1));
+    m_open.Text.push_back('\n');
+    last.Length = quint32(m_open.Text.size() - 1 - last.Offset);
+    return true;
 }
 
 // Neighbouring lists of the same form become one, so that a million lines cost no more than one.

@@ -1,4 +1,4 @@
-// Cuts an iCalendar stream into its top-level components, one held at a time.
+// Cuts a stream of calendars and cards into its top-level components, one held at a time.
 // Shape: a component is the unfolded lines between its BEGIN and END in one text, nested
 //   components with their own BEGIN and END lines. Lines before the first calendar, properties
 //   of the calendar and components that nobody wants are read over and counted.
@@ -32,7 +32,7 @@ class CComponentReader
 public:
     CComponentReader(CLineReader::ReadBytes read, CImportReport& report);
 
-    // The next VEVENT or VTIMEZONE. False at the end of the file.
+    // The next VEVENT, VCARD or VTIMEZONE. False at the end of the file.
     bool Next(CComponent& component);
 
     bool SawCalendar() const { return m_sawCalendar; }
@@ -57,6 +57,8 @@ private:
     void StoreNested(std::string_view text);
     void TellSkipped();
     void ReadCalendarProperty(std::string_view text);
+    bool ExpectsCard() const;
+    bool ContinueEncoded(std::string_view text);
     void MergeDateList(std::string_view text, size_t header);
 
     CLineReader m_lines;

@@ -9,6 +9,16 @@
 
 namespace
 {
+// A quoted-printable value goes on behind a soft line break, whatever the next line begins with.
+bool EndsSoftly(const std::string& line)
+{
+    if (line.empty() || line.back() != '=')
+        return false;
+    const size_t colon = std::min<size_t>(line.find(':'), 200);
+    const QByteArray header = QByteArray(line.data(), qsizetype(std::min(colon, line.size()))).toUpper();
+    return header.contains("QUOTED-PRINTABLE");
+}
+
 bool IsAscii(const std::string& text)
 {
     size_t i = 0;
@@ -111,14 +121,19 @@ bool CLineReader::TakeLineStart(CTextLine& line)
 {
     const char c = m_block[m_pos];
     if (c == '\n' || c == '\r') {
-        if (!(c == '\n' && m_afterReturn))
+        if (!(c == '\n' && m_afterReturn)) {
             ++m_lineNumber;
+            if (m_have && EndsSoftly(m_current.Text)) // it ends in nothing
+                m_current.Text.pop_back();
+        }
         m_afterReturn = c == '\r';
         ++m_pos;
         return false;
     }
     m_afterReturn = false;
-    if (m_have && (c == ' ' || c == '\t')) {
+    if (m_have && EndsSoftly(m_current.Text)) {
+        m_current.Text.pop_back();
+    } else if (m_have && (c == ' ' || c == '\t')) {
         ++m_pos;
     } else if (m_have) {
         return Finish(line);

@@ -1,4 +1,4 @@
-// The command import: reads calendar files and tells what became of them.
+// The command import: reads calendars and contacts and tells what became of them.
 #include "interchange/calendar_importer.h"
 #include "records/property_numbers.h"
 #include "tools/tessera_pim/commands.h"
@@ -103,7 +103,7 @@ Outcome ImportFile(IPOutlookApp& app, const std::string& name)
     case ImportResult::Done:
         return report.LeftOutCount() > 0 ? Outcome::Some : Outcome::All;
     case ImportResult::NothingInIt:
-        std::fprintf(stderr, "%s:1: there is no calendar in it\n", name.c_str());
+        std::fprintf(stderr, "%s:1: there is neither a calendar nor a contact in it\n", name.c_str());
         return Outcome::Nothing;
     case ImportResult::ReadFailed:
         PrintError(shown + QStringLiteral(": cannot be read to its end: ") + input.Error());

@@ -79,7 +79,7 @@ int main(int argc, char** argv)
     app.require_subcommand(1);
     app.fallthrough();
 
-    CLI::App* import = app.add_subcommand("import", "Takes in iCalendar files");
+    CLI::App* import = app.add_subcommand("import", "Takes in iCalendar and vCard files");
     import->add_option("files", arguments.Files, "Files to read; - is standard input")
         ->type_name("FILE")
         ->required();
