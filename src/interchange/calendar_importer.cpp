@@ -144,6 +144,11 @@ void CCalendarImporter::TakeComponent(const CComponent& component, const std::st
                           QStringLiteral("the time zone is not known, its times are read as local: %1")
                               .arg(QString::fromStdString(m_event.UnknownZone)));
     }
+    if (m_event.IsTask) {
+        m_report.Release();
+        TakeTask(m_event, method);
+        return;
+    }
     if (!m_event.RecurrenceId) {
         m_report.Release();
         const quint64 uidHash = UidHash(m_event.Uid);

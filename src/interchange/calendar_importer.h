@@ -47,12 +47,14 @@ private:
     void TakeComponent(const CComponent& component, const std::string& method, bool atEnd);
     void TakeContact(const CComponent& component);
     void TakeEvent(CImportedEvent& event, const std::string& method);
+    void TakeTask(CImportedEvent& event, const std::string& method); // task_import.cpp
     void TakeByContent(CImportedEvent& event, const std::string& method);
     Known Sort(const std::vector<CForeignKey>& keys, const CImportedEvent& event, quint32 index) const;
     bool WriteEvent(const CImportedEvent& event, const Known& known, const std::vector<CForeignKey>& keys,
                     quint32 index);
     void KeepPlaceOfLoneOccurrences(const CImportedEvent& event, const std::vector<CForeignKey>& keys,
                                     CSeriesPlan& plan);
+    CStatus WriteTask(const CImportedEvent& event, const Known& known, quint32 index);
     void SetAside(const CComponent& component, quint64 uidHash, bool isOccurrence);
     void TakeWaiting(quint64 uidHash);
     void TakeRest();
@@ -77,6 +79,7 @@ private:
 
     bool m_volumeHasUids = false;
     std::unordered_map<quint64, Seen> m_seen;               // by hash of the UID
+    std::unordered_map<quint64, Seen> m_tasksSeen;            // likewise
     std::unordered_map<quint64, quint32> m_occurrencesSeen; // by hash of UID and occurrence, to the sequence
     std::unordered_set<quint64> m_fullUids;                 // no more changed occurrences are taken for these
     std::unordered_multimap<quint64, qint64> m_waiting;     // occurrences whose series has not come

@@ -89,8 +89,7 @@ void CComponent::AddLine(std::string_view text, int number)
 }
 
 CComponentReader::CComponentReader(CLineReader::ReadBytes read, CImportReport& report)
-    : m_lines(std::move(read)), m_report(report), m_skipped{{"VTODO", "tasks"},
-                                                            {"VJOURNAL", "journal entries"},
+    : m_lines(std::move(read)), m_report(report), m_skipped{{"VJOURNAL", "journal entries"},
                                                             {"VFREEBUSY", "free and busy times"},
                                                             {"VALARM", "alarms outside an item"},
                                                             {"", "unknown components"}}
@@ -161,7 +160,7 @@ void CComponentReader::StartComponent(const std::string& name)
 {
     m_stack.push_back(name);
     m_sawCalendar = m_sawCalendar || name == "VEVENT" || name == "VTODO" || name == "VCARD";
-    m_wanted = name == "VEVENT" || name == "VCARD" || name == "VTIMEZONE";
+    m_wanted = name == "VEVENT" || name == "VTODO" || name == "VCARD" || name == "VTIMEZONE";
     m_tooDeep = 0;
     m_toldDepth = m_toldLong = false;
     m_ordinaryBytes = m_longBytes = m_dateBytes = 0;

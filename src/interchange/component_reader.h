@@ -32,7 +32,7 @@ class CComponentReader
 public:
     CComponentReader(CLineReader::ReadBytes read, CImportReport& report);
 
-    // The next VEVENT, VCARD or VTIMEZONE. False at the end of the file.
+    // The next VEVENT, VTODO, VCARD or VTIMEZONE. False at the end of the file.
     bool Next(CComponent& component);
 
     bool SawCalendar() const { return m_sawCalendar; }

@@ -45,8 +45,14 @@ bool CEventReader::Read(const CComponent& component, CImportedEvent* event)
     m_kept.clear();
     m_hasSubject = m_hasLocation = m_hasNote = m_isTransparent = m_isTentative = false;
     m_desktopBusy = -1;
+    m_alarmSeconds.reset();
+    m_alarmMoment.reset();
+    m_alarmByDue = false;
+    event->IsTask = component.Name == "VTODO";
     ReadLines();
-    if (!FinishDates())
+    if (event->IsTask)
+        FinishTaskDates();
+    else if (!FinishDates())
         return false;
     FinishState();
     event->Kept = QString::fromUtf8(m_kept.data(), qsizetype(m_kept.size()));
@@ -80,7 +86,10 @@ void CEventReader::ReadLines()
             continue;
         }
         hash.Add(text);
-        if (!ReadDate(line, at) && !ReadText(line, at) && !ReadState(line) && !ReadPerson(line, text))
+        const bool isRead = ReadDate(line, at) || ReadText(line, at) ||
+                            (m_event->IsTask && ReadTaskState(line, at)) || ReadState(line) ||
+                            ReadPerson(line, text);
+        if (!isRead)
             Keep(text);
     }
     m_event->Hash = hash.Value();
@@ -120,7 +129,7 @@ bool CEventReader::ReadDate(const CPropertyLine& line, const CComponent::Line& a
     };
     if (EqualsUpper(line.Name, "DTSTART"))
         return first(m_start);
-    if (EqualsUpper(line.Name, "DTEND"))
+    if (EqualsUpper(line.Name, m_event->IsTask ? "DUE" : "DTEND"))
         return first(m_end);
     if (EqualsUpper(line.Name, "DURATION"))
         return first(m_length);
@@ -288,7 +297,15 @@ void CEventReader::ReadAlarm(size_t first, size_t last)
             CFileMoment moment;
             relative = ParseDuration(line.Value, &duration);
             readable = relative || ParseMoment(line.Value, &moment);
-            relative = relative && !EqualsUpper(line.Parameter("RELATED"), "END") && duration.Total() <= 0;
+            const bool atEnd = EqualsUpper(line.Parameter("RELATED"), "END");
+            if (m_event->IsTask && readable && !m_alarmSeconds && !m_alarmMoment) {
+                m_alarmByDue = atEnd;
+                if (relative)
+                    m_alarmSeconds = duration.Total();
+                else
+                    m_alarmMoment = moment;
+            }
+            relative = relative && !atEnd && duration.Total() <= 0;
         } else if (EqualsUpper(line.Name, "DESCRIPTION")) {
             plain = plain && (line.Value == "Reminder" || line.Value.empty());
         } else {
@@ -300,7 +317,7 @@ void CEventReader::ReadAlarm(size_t first, size_t last)
         m_report.LeftOut(m_component->Lines[first].Number, QStringLiteral("an alarm that cannot be read"));
         return;
     }
-    const bool isReminder = relative && !m_event->ReminderMinutes;
+    const bool isReminder = relative && !m_event->ReminderMinutes && !m_event->IsTask;
     if (isReminder) {
         m_event->ReminderMinutes = int(-duration.Total() / 60);
         if (plain)

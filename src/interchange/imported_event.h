@@ -1,4 +1,4 @@
-// One event as a file tells it, ready to be written; no store.
+// One event or task as a file tells it, ready to be written; no store.
 // Units: dates of the plan are wall seconds of the event's zone.
 #pragma once
 #include "interchange/component_reader.h"
@@ -12,6 +12,13 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+
+// What a task has beyond an event, or in place of its dates: wall seconds of the device.
+struct CImportedTask {
+    std::optional<qint64> Start, Due, Completed, Reminder;
+    bool Complete = false;
+    int Priority = 1;
+};
 
 struct CImportedEvent {
     QString Uid; // made from the content when the file has none
@@ -35,6 +42,8 @@ struct CImportedEvent {
     CEventDates Dates;
     bool HasEnd = false;
     std::shared_ptr<const CFileZone> Zone; // null: floating, or all-day
+    bool IsTask = false;
+    CImportedTask Task;
     std::optional<CFileMoment> RecurrenceId;
     std::shared_ptr<const CFileZone> RecurrenceZone;
     bool ThisAndFuture = false;
@@ -68,6 +77,10 @@ private:
     void FinishEnd(const CFileMoment& start);
     void FinishRule();
     void FinishListed();
+    bool ReadTaskState(const CPropertyLine& line, const CComponent::Line& at);
+    void FinishTaskDates();
+    void FinishTaskReminder();
+    std::optional<qint64> TaskMoment(const CComponent::Line* at);
     void ReadDateList(const CPropertyLine& line, bool added);
     qint64 WallInEvent(const CFileMoment& moment, const std::shared_ptr<const CFileZone>& zone) const;
     std::shared_ptr<const CFileZone> ZoneOf(const CPropertyLine& line, const CFileMoment& moment);
@@ -84,4 +97,8 @@ private:
     bool m_hasSubject = false, m_hasLocation = false, m_hasNote = false;
     bool m_isTransparent = false, m_isTentative = false;
     int m_desktopBusy = -1;
+    // Of a task's first alarm.
+    std::optional<qint64> m_alarmSeconds; // from the start or the due date
+    std::optional<CFileMoment> m_alarmMoment;
+    bool m_alarmByDue = false;
 };

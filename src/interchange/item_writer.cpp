@@ -5,7 +5,22 @@
 namespace
 {
 const QString kCancelled = QStringLiteral("Cancelled: %1");
+
+CForeignData ForeignOf(const CImportedEvent& event, quint32 equalsIndex, const QString& kept,
+                       const QString& sourceRule)
+{
+    CForeignData foreign;
+    foreign.Uid = event.Uid;
+    foreign.Sequence = event.Sequence;
+    foreign.EqualsIndex = equalsIndex;
+    foreign.Organizer = event.Organizer;
+    foreign.ContentHash = CItemWriter::HashBytes(event.Hash);
+    foreign.LastChange = event.LastChange;
+    foreign.Text = kept;
+    foreign.SourceRule = sourceRule;
+    return foreign;
 }
+} // namespace
 
 QByteArray CItemWriter::HashBytes(quint64 hash)
 {
@@ -34,17 +49,42 @@ CStatus CItemWriter::Write(const CImportedEvent& event, const CPlannedRecord& re
             item.ClearRecurrencePattern();
         PutDates(event, record.Start, record.End, item);
     }
-    CForeignData foreign;
-    foreign.Uid = event.Uid;
-    foreign.Sequence = event.Sequence;
-    foreign.EqualsIndex = equalsIndex;
+    CForeignData foreign = ForeignOf(event, equalsIndex, kept, sourceRule);
     foreign.OccurrenceId = record.OccurrenceId;
-    foreign.Organizer = event.Organizer;
-    foreign.ContentHash = HashBytes(event.Hash);
-    foreign.LastChange = event.LastChange;
-    foreign.Text = kept;
-    foreign.SourceRule = sourceRule;
     item.put_Foreign(foreign);
+    return item.Save();
+}
+
+CStatus CItemWriter::WriteTask(const CImportedEvent& event, const CRecurrencePattern* pattern,
+                               quint32 equalsIndex, const QString& kept, const QString& sourceRule,
+                               ITask* reused)
+{
+    std::unique_ptr<ITask> created;
+    if (!reused)
+        created = m_app.CreateTask();
+    ITask& item = reused ? *reused : *created;
+    const CImportedTask& task = event.Task;
+    const auto day = [](const std::optional<qint64>& wall) { return wall ? DateOfWall(*wall) : NO_DATE; };
+    item.put_Subject(event.Cancelled ? kCancelled.arg(event.Subject) : event.Subject);
+    item.put_Body(event.Note);
+    item.put_StartDate(day(task.Start));
+    item.put_DueDate(day(task.Due));
+    item.put_Importance(task.Priority);
+    item.put_Sensitivity(event.Sensitivity);
+    item.put_Complete(task.Complete);
+    item.put_DateCompleted(day(task.Completed));
+    item.put_ReminderSet(task.Reminder.has_value());
+    item.put_ReminderTime(day(task.Reminder));
+    item.put_Categories(event.Categories.join(QStringLiteral(", ")));
+    if (pattern) {
+        CRecurrencePattern whole = *pattern;
+        whole.SetZone(m_device);
+        item.GetRecurrencePattern()->put_Zone(m_device);
+        item.GetRecurrencePattern()->put_Pattern(whole);
+    } else {
+        item.ClearRecurrencePattern();
+    }
+    item.put_Foreign(ForeignOf(event, equalsIndex, kept, sourceRule));
     return item.Save();
 }
 

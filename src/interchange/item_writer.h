@@ -12,6 +12,9 @@ public:
     // of the event goes with the leading record.
     CStatus Write(const CImportedEvent& event, const CPlannedRecord& record, quint32 equalsIndex,
                   const QString& kept, const QString& sourceRule, IAppointment* reused);
+    // The same of a task; `pattern` null: it does not recur.
+    CStatus WriteTask(const CImportedEvent& event, const CRecurrencePattern* pattern, quint32 equalsIndex,
+                      const QString& kept, const QString& sourceRule, ITask* reused);
     // Overwrites the shown values alone, not what identifies the item.
     void PutValues(const CImportedEvent& event, IAppointment& item, bool isNew) const;
     void PutDates(const CImportedEvent& event, qint64 start, qint64 end, IAppointment& item) const;

@@ -245,7 +245,7 @@ CStatus CTaskObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, quint32* 
         m_due = pattern.PatternStart;
         m_changed |= Changed::Times;
     }
-    if (m_complete && completed && m_completed == NO_DATE)
+    if (m_complete && completed && m_completed == NO_DATE && !IsChanged(Changed::Foreign))
         m_completed = UtcToLocal(DateOfFileTime(Clock().GetUtcTime()), m_app.Zone());
     PutRows(rows);
     return WriteRecord(rows, kTasksDatabase, kTaskTag, oid, itemId);

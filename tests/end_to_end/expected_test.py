@@ -120,6 +120,8 @@ def shown(home, first, last):
     """Occurrences of the agenda, each once however many days it covers."""
     rows = {}
     for row in home.agenda(first, last):
+        if row["kind"] == "task":
+            continue
         start = moment(row["start"])
         uid = "" if row["uid"].endswith("@content") else row["uid"]
         summary = row["subject"]
@@ -197,6 +199,61 @@ def compare(name, home, zones, days, answers, span):
     return agreed, excused
 
 
+# ---- tasks
+
+TaskRow = collections.namedtuple("TaskRow", "uid start due summary complete priority categories recurs")
+
+
+def wanted_task(task):
+    def days(key):
+        if not task.get(key):
+            return {None}
+        exact = moment(task[key])
+        if exact.tzinfo is None:
+            return {exact.date()}
+        return {exact.date(), *(wall.date() for wall in by_year_rule(exact, []))}
+
+    number = int(task.get("priority", 0))
+    priority = 2 if 1 <= number <= 4 else 0 if 6 <= number <= 9 else 1
+    complete = task.get("status") == "COMPLETED" or "completed" in task
+    return [TaskRow(task["uid"] or "", start, due, task["summary"].strip(), complete, priority,
+                    tuple(sorted(task.get("categories", []), key=str.lower)), bool(task.get("rrule")))
+            for start in days("dtstart") for due in days("due")]
+
+
+def shown_tasks(home, tasks):
+    """Every task once, off the days on which it shows; one without a date shows today."""
+    days = [moment(task[key]).date() for task in tasks for key in ("due",) if task.get(key)] + [dt.date.today()]
+    rows = {}
+    for day in sorted({d + dt.timedelta(days=n) for d in days for n in (-1, 0, 1)}):
+        for row in home.agenda(str(day), str(day)):
+            if row["kind"] == "task":
+                rows[row["id"]] = row
+    date = lambda text: moment(text).date() if text else None
+    return collections.Counter(
+        TaskRow("" if row["uid"].endswith("@content") else row["uid"], date(row["start"]), date(row["end"]), row["subject"].strip(), row["complete"],
+                row["priority"], tuple(sorted(row["categories"], key=str.lower)), row["recurrence"] != 0)
+        for row in rows.values())
+
+
+def compare_tasks(name, home, tasks):
+    settings = os.path.join(home.env["XDG_DATA_HOME"], "tessera")
+    os.makedirs(settings, exist_ok=True)
+    with open(os.path.join(settings, "ZELVCalendar.ini"), "w", encoding="utf-16") as out:
+        out.write("[Tasks]\r\nIgnoreCompletedTasksOlderThan=0\r\n")
+    got = shown_tasks(home, tasks)
+    agreed = 0
+    for task in tasks:
+        found = next((row for row in wanted_task(task) if got[row]), None)
+        expect(found, f"{name}: no task {wanted_task(task)[0]}")
+        if found:
+            got[found] -= 1
+            agreed += 1
+    for row in got.elements():
+        expect(False, f"{name}: a task beyond: {row}")
+    return agreed
+
+
 def main():
     folder = os.path.join(DATA, "calendars")
     files = sorted(glob.glob(os.path.join(folder, "*.ics")))
@@ -204,7 +261,7 @@ def main():
         print("no shared data")
         sys.exit(SKIPPED)
     chosen = set(sys.argv[1:])
-    agreed = excused = 0
+    agreed = excused = tasks = 0
     for path in files:
         name = os.path.basename(path)
         if chosen and name not in chosen:
@@ -218,7 +275,8 @@ def main():
         for span in answers["ranges"]:
             counts = compare(name, home, zones, days, answers, span)
             agreed, excused = agreed + counts[0], excused + counts[1]
-    print(f"{agreed} occurrences agree, {excused} differ as they should")
+        tasks += compare_tasks(name, home, answers.get("tasks", []))
+    print(f"{agreed} occurrences agree, {excused} differ as they should, {tasks} tasks agree")
     expect(agreed > 0, "nothing was compared")
     finish()
 
