@@ -68,7 +68,7 @@ std::unique_ptr<CCalendarView> CMainFrame::CreateView(int kind)
             continue;
         auto view = maker.Make(*this, this);
         view->setGeometry(ViewGeometry());
-        view->OnCreate();
+        view->Create();
         return view;
     }
     return nullptr;
@@ -198,11 +198,8 @@ void CMainFrame::Relayout()
     const QRect place = ViewGeometry();
     for (const auto& view : m_views) {
         if (view->geometry() != place)
-            view->setGeometry(place); // which resizes the view, hidden or not
-        else if (newDensity)
-            view->OnResize();
-        if (view->isHidden() || !isVisible())
-            view->OnResize();
+            view->setGeometry(place);
+        view->Reshape(); // a hidden one is told of its size only when it shows
     }
     update();
 }

@@ -28,6 +28,28 @@ CCalendarView::CCalendarView(IViewHost& host, QWidget* parent) : QWidget(parent)
 
 CCalendarView::~CCalendarView() = default;
 
+// ---- size
+
+void CCalendarView::Create()
+{
+    m_factor = SurfaceFactor(this);
+    m_shapeSize = SurfaceSize();
+    m_shapeDensity = g_ScreenMetrics.Density();
+    OnCreate();
+}
+
+// Showing a window tells of sizes that are none too new, and a long day takes its time to lay out.
+void CCalendarView::Reshape()
+{
+    m_factor = SurfaceFactor(this);
+    const int density = g_ScreenMetrics.Density();
+    if (!m_created || (SurfaceSize() == m_shapeSize && density == m_shapeDensity))
+        return;
+    m_shapeSize = SurfaceSize();
+    m_shapeDensity = density;
+    OnResize();
+}
+
 // ---- what most views leave as it is
 
 bool CCalendarView::FillMenu(QMenu&)
@@ -113,11 +135,8 @@ QImage CCalendarView::Snapshot()
 void CCalendarView::paintEvent(QPaintEvent*)
 {
     const int factor = SurfaceFactor(this);
-    if (factor != m_factor) {
-        m_factor = factor;
-        if (m_created)
-            OnResize();
-    }
+    if (factor != m_factor)
+        Reshape();
     QPainter window(this);
     if (!m_created)
         return window.fillRect(rect(), Qt::black);
@@ -132,9 +151,7 @@ void CCalendarView::paintEvent(QPaintEvent*)
 
 void CCalendarView::resizeEvent(QResizeEvent*)
 {
-    m_factor = SurfaceFactor(this);
-    if (m_created)
-        OnResize();
+    Reshape();
 }
 
 // ---- input

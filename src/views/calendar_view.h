@@ -27,9 +27,12 @@ public:
     CCalendarView(IViewHost& host, QWidget* parent);
     ~CCalendarView() override;
 
-    // Makes what the view paints with; the frame calls it once the view has its geometry, and
+    // Makes what the view paints with; the frame calls Create once the view has its geometry, and
     // Refresh after it, which brings the rows.
+    void Create();
     virtual void OnCreate() = 0;
+    // OnResize, but only when size or density differ from what the view was last laid out for.
+    void Reshape();
 
     // The operations in slot order; the four of the window itself are Qt's events.
     virtual int GetViewKind() const = 0;
@@ -91,5 +94,7 @@ protected:
     QString m_title;
     CItemRowPainter m_rowPainter;
     bool m_created = false; // OnCreate has run
+    QSize m_shapeSize;      // of the surface, as last laid out for
+    int m_shapeDensity = 0;
     int m_factor = 1;       // surface pixels of a logical one, as last painted with
 };

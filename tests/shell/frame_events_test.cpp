@@ -57,6 +57,36 @@ TEST_F(FrameEvents, ResizingMovesEveryViewAndKeepsTheDay)
     EXPECT_EQ(PimStore().CursorDate(), kToday + 1);
 }
 
+TEST_F(FrameEvents, RowsAreLaidOutOnceForASize)
+{
+    Add("selected", kToday, 8);
+    Add("other", kToday);
+    CMainFrame& frame = Start();
+    auto* view = static_cast<CDailyView*>(frame.CurrentView());
+    const auto picture = [view] {
+        const QImage* row = view->RowCache().Find(view->Rows().GetAt(1));
+        return row ? row->cacheKey() : 0;
+    };
+    const qint64 first = picture();
+    ASSERT_NE(first, 0);
+    const struct {
+        const char* What;
+        std::function<void()> Do;
+        bool Anew;
+    } steps[] = {{"shown", [&] { frame.show(); }, false},
+                 {"resized", [&] { frame.resize(300, 200); }, true},
+                 {"hidden", [&] { frame.hide(); }, false},
+                 {"resized while hidden", [&] { frame.resize(260, 200); }, false},
+                 {"shown again", [&] { frame.show(); }, true}};
+    for (const auto& step : steps) {
+        const qint64 before = picture();
+        step.Do();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(picture() != before, step.Anew) << step.What;
+        EXPECT_EQ(view->Scroller().Area(), view->ListArea()) << step.What;
+    }
+}
+
 TEST_F(FrameEvents, ASnapshotIsWhatTheWindowShows)
 {
     Add("here", kToday);
