@@ -5,6 +5,8 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
+#include <algorithm>
+
 namespace
 {
 QString TimeOf(DATE date)
@@ -16,7 +18,7 @@ QString TimeOf(DATE date)
 int OrderOf(LocaleValue value)
 {
     const int order = NumberOfText(GetLocaleInfo(value));
-    return order < 0 ? 0 : order > 2 ? order - 48 : order;
+    return std::max(order > 2 ? order - '0' : order, 0);
 }
 
 QString Filled(int id, int number)

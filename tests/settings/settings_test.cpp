@@ -5,6 +5,7 @@
 #include "platform/registry.h"
 #include "platform/time_zone.h"
 #include "settings/settings_path.h"
+#include "settings/settings_table.h"
 #include "util/date_time.h"
 
 #include <QFile>
@@ -90,6 +91,16 @@ TEST_F(CSettingsTest, WithoutAFileTheDefaultsAreSaved)
     EXPECT_TRUE(settings.m_categories.empty());
     ASSERT_TRUE(settings.Save());
     EXPECT_EQ(Saved().replace("\r\n", "\n").toUtf8(), ReadFile("tests/data/settings/defaults.txt"));
+}
+
+TEST_F(CSettingsTest, EveryKeyIsToldInTheDocs)
+{
+    const QString page = QString::fromUtf8(ReadFile("docs/formats.md"));
+    for (const CSettingKey& key : kSettingKeys) {
+        const qsizetype row = page.indexOf(QString("\n| `%1` |").arg(key.Section));
+        const QString line = page.mid(row, page.indexOf('\n', row + 1) - row);
+        EXPECT_TRUE(line.contains(QString("`%1=%2`").arg(key.Key).arg(key.Default))) << key.Key;
+    }
 }
 
 TEST_F(CSettingsTest, EveryKeyComesBack)

@@ -182,18 +182,18 @@ TEST(ItemText, Pictures)
     } const dates[] = {
         {"0", "MM/dd/yyyy", "MM/dd"},  {"1", "dd/MM/yyyy", "dd/MM"},  {"2", "yyyy/MM/dd", "MM/dd"},
         {"49", "dd/MM/yyyy", "dd/MM"}, {"50", "yyyy/MM/dd", "MM/dd"}, {"48", "MM/dd/yyyy", "MM/dd"},
-        {"-3", "MM/dd/yyyy", "MM/dd"}, {"", "MM/dd/yyyy", "MM/dd"},
+        {"-3", "MM/dd/yyyy", "MM/dd"}, {"", "MM/dd/yyyy", "MM/dd"},   {"7", "MM/dd/yyyy", "MM/dd"},
     };
     for (const auto& c : dates) {
         locale.Values[LocaleValue::DateOrder] = c.Order;
         EXPECT_EQ(GetDatePattern(false), c.WithYear) << c.Order;
         EXPECT_EQ(GetDatePattern(true), c.Without) << c.Order;
     }
-    const char* modes[] = {"0", "48", "1", "49", "2"};
-    for (int i = 0; i < 5; ++i) {
+    const char* modes[] = {"0", "48", "7", "-1", "1", "49", "2"};
+    for (int i = 0; i < 7; ++i) {
         locale.Values[LocaleValue::TimeMode] = modes[i];
-        EXPECT_EQ(GetTimePattern(true), i < 2 ? "hh:mmt" : "HH:mm") << modes[i];
-        EXPECT_EQ(GetTimePattern(false), i < 2 ? "hh:mm tt" : "HH:mm") << modes[i];
+        EXPECT_EQ(GetTimePattern(true), i < 4 ? "hh:mmt" : "HH:mm") << modes[i];
+        EXPECT_EQ(GetTimePattern(false), i < 4 ? "hh:mm tt" : "HH:mm") << modes[i];
     }
 }
 
