@@ -4,7 +4,7 @@ import json
 import os
 import sqlite3
 
-from support import Home, calendar, event, expect, finish
+from support import Home, calendar, event, expect, finish, todo
 
 KEYS = ["day", "kind", "id", "uid", "subject", "location", "start", "end", "occurrence", "all_day", "recurrence", "busy",
         "sensitivity", "categories", "note", "reminder", "attendees", "conflict"]
@@ -18,6 +18,10 @@ EVENTS = [
     event("series@x", "20260309T080000", ["SUMMARY:Daily", "RRULE:FREQ=DAILY;COUNT=400"], "20260309T081500"),
     event("series@x", "20260310T090000", ["RECURRENCE-ID:20260310T080000", "SUMMARY:Daily, moved"], "20260310T091500"),
     event("night@x", "20260314T220000", ["SUMMARY:Night"], "20260315T010000"),
+    event("fair@x", "20410506T080000", ["SUMMARY:Fair"], "20410506T090000"),
+    todo("paint@x", ["SUMMARY:Paint", "DTSTART;VALUE=DATE:20410504", "DUE;VALUE=DATE:20410506", "PRIORITY:2", "CATEGORIES:Home",
+                     "RRULE:FREQ=MONTHLY;COUNT=3"]),
+    todo("paid@x", ["SUMMARY:Paid", "DUE;VALUE=DATE:20410506", "PRIORITY:9", "STATUS:COMPLETED"]),
 ]
 
 
@@ -41,6 +45,25 @@ def rows_are_exact(home):
     expect((moved["start"], moved["occurrence"], moved["recurrence"]) == ("2026-03-10T09:00", "2026-03-10T08:00", 2), moved)
     expect((daily["occurrence"], daily["recurrence"]) == ("2026-03-11T08:00", 1), daily)
     expect((days["all_day"], days["start"], days["end"]) == (True, "2026-03-11T00:00", "2026-03-13T00:00"), days)
+
+
+def tasks_stand_behind(home):
+    """A task's row is an appointment's with two keys more."""
+    rows = home.agenda("2041-05-04", "2041-05-06")
+    expect([(row["day"], row["kind"], row["subject"]) for row in rows] == [
+        ("2041-05-04", "task", "Paint"), ("2041-05-05", "task", "Paint"),
+        ("2041-05-06", "appointment", "Fair"), ("2041-05-06", "task", "Paint"), ("2041-05-06", "task", "Paid")], rows)
+    expect(all(list(row) == KEYS + ["complete", "priority"] for row in rows if row["kind"] == "task"), rows)
+    paint, paid = rows[3], rows[4]
+    expect((paint["start"], paint["end"], paint["all_day"], paint["occurrence"]) ==
+           ("2041-05-04T00:00", "2041-05-06T00:00", False, None), paint)
+    expect((paint["complete"], paint["priority"], paint["uid"], paint["categories"], paint["recurrence"]) ==
+           (False, 2, "paint@x", ["Home"], 1), paint)
+    expect((paid["complete"], paid["priority"], paid["start"]) == (True, 0, None), paid)
+    lines = home.pim("agenda", "2041-05-06", "2041-05-06").stdout.splitlines()
+    expect(lines[2:] == ["  to do        Paint", "  done         Paid"], lines)
+    check = home.pim("check")
+    expect(check.returncode == 0 and " 2 tasks" in check.stdout, check.stdout)
 
 
 def zones_and_settings_count(home):
@@ -119,6 +142,7 @@ def main():
         out.write(calendar(*EVENTS))
     expect(home.pim("import", path).returncode == 0, "import")
     rows_are_exact(home)
+    tasks_stand_behind(home)
     zones_and_settings_count(home)
     long_ranges_lose_nothing(home)
     text_is_readable(home)

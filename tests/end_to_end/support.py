@@ -80,5 +80,9 @@ def event(uid, start, lines=(), end=None):
     return "\r\n".join([*text, *lines, "END:VEVENT"])
 
 
+def todo(uid, lines=()):
+    return "\r\n".join(["BEGIN:VTODO", f"UID:{uid}", *lines, "END:VTODO"])
+
+
 def calendar(*components):
     return "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//test//EN", *components, "END:VCALENDAR", ""])
