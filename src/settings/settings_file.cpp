@@ -62,6 +62,15 @@ void ParseNumbers(QStringView text, std::span<quint32> slots)
     }
 }
 
+bool GetNumbers(const CSettingsFile& file, const QString& section, const QString& key,
+                std::span<quint32> slots)
+{
+    QString text;
+    const bool hit = file.GetString(section, key, &text);
+    ParseNumbers(text, slots);
+    return hit;
+}
+
 QString Joined(std::initializer_list<qint64> numbers)
 {
     QString text;
@@ -357,26 +366,19 @@ bool CSettingsFile::GetColor(const QString& section, const QString& key, COLORRE
     return true;
 }
 
+// A miss leaves the rectangle or point empty, as a text without numbers does.
 bool CSettingsFile::GetRect(const QString& section, const QString& key, CSettingsRect* rect) const
 {
-    *rect = CSettingsRect();
-    QString text;
-    if (!GetString(section, key, &text))
-        return false;
     quint32 slots[4] = {};
-    ParseNumbers(text, slots);
+    const bool hit = GetNumbers(*this, section, key, slots);
     *rect = {qint32(slots[0]), qint32(slots[1]), qint32(slots[2]), qint32(slots[3])};
-    return true;
+    return hit;
 }
 
 bool CSettingsFile::GetPoint(const QString& section, const QString& key, QPoint* point) const
 {
-    *point = QPoint();
-    QString text;
-    if (!GetString(section, key, &text))
-        return false;
     quint32 slots[2] = {};
-    ParseNumbers(text, slots);
+    const bool hit = GetNumbers(*this, section, key, slots);
     *point = QPoint(qint32(slots[0]), qint32(slots[1]));
-    return true;
+    return hit;
 }
