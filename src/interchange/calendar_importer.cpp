@@ -36,8 +36,7 @@ TimeZoneInformation DeviceZone()
 CCalendarImporter::CCalendarImporter(IPOutlookApp& app, CImportReport& report)
     : m_app(app), m_report(report), m_device(DeviceZone()), m_currentYear(GetLocalTime().wYear),
       m_ruleBudget(ImportLimit::RuleDays), m_zones(m_currentYear), m_events(m_zones, m_device, report),
-      m_writer(app, m_device), m_occurrences(app, m_writer, m_zones, m_device),
-      m_contacts(app, report)
+      m_writer(app, m_device), m_occurrences(app, m_writer, m_zones, m_device), m_contacts(app, report)
 {
 }
 

@@ -79,7 +79,7 @@ private:
 
     bool m_volumeHasUids = false;
     std::unordered_map<quint64, Seen> m_seen;               // by hash of the UID
-    std::unordered_map<quint64, Seen> m_tasksSeen;            // likewise
+    std::unordered_map<quint64, Seen> m_tasksSeen;          // likewise
     std::unordered_map<quint64, quint32> m_occurrencesSeen; // by hash of UID and occurrence, to the sequence
     std::unordered_set<quint64> m_fullUids;                 // no more changed occurrences are taken for these
     std::unordered_multimap<quint64, qint64> m_waiting;     // occurrences whose series has not come
