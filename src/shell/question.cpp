@@ -15,6 +15,42 @@ namespace
 {
 constexpr int kDialogFont = 0;
 constexpr QSize kButtonSize{80, 40}; // design pixels: a finger's
+// A text names its item in full, and a subject may be as long as a book: its buttons must stay in reach.
+constexpr int kMostCharacters = 300;
+constexpr int kEndCharacters = 60; // of those, kept from the text's end
+constexpr int kMostLines = 6;
+constexpr int kLongestWord = 24; // before it may break
+constexpr QChar kEllipsis(0x2026), kMayBreak(0x200B);
+
+QString Shortened(const QString& whole)
+{
+    const QString text = whole.count(u'\n') >= kMostLines ? whole.simplified() : whole;
+    if (text.size() <= kMostCharacters)
+        return text;
+    QString front = text.left(kMostCharacters - kEndCharacters), end = text.right(kEndCharacters);
+    if (front.back().isHighSurrogate())
+        front.chop(1);
+    if (end.front().isLowSurrogate())
+        end.remove(0, 1);
+    return front + kEllipsis + end;
+}
+
+// No line of a dialog is wide enough for any word.
+QString WithBreaks(const QString& text)
+{
+    QString result;
+    int word = 0;
+    for (const QChar c : text) {
+        if (word >= kLongestWord && !c.isLowSurrogate() && !c.isMark()) {
+            result += kMayBreak;
+            word = 0;
+        }
+        result += c;
+        word = c.isSpace() ? 0 : word + 1;
+    }
+    return result;
+}
+
 Answerer g_answerer;
 
 struct Button {
@@ -27,7 +63,7 @@ int RunBox(QWidget* owner, const QString& text, const QString& caption, QMessage
 {
     if (g_answerer)
         return g_answerer(text, caption);
-    QMessageBox box(icon, caption, text, QMessageBox::NoButton, owner);
+    QMessageBox box(icon, caption, WithBreaks(Shortened(text)), QMessageBox::NoButton, owner);
     box.setTextFormat(Qt::PlainText);
     const int k = SurfaceFactor(owner); // a live control counts in logical pixels
     QFont font = g_ImageStore.Font(kDialogFont);
