@@ -17,4 +17,4 @@ picture daily-240x320 240x320 96
 picture daily-320x240 320x240 96
 picture daily-480x640-192 480x640 192
 picture daily-640x480-192 640x480 192
-picture daily 420x640 96
+picture daily 400x800 96

@@ -2,7 +2,7 @@
 """The sample calendar fills an empty calendar, once, and leaves every other alone."""
 import os
 import subprocess
-from datetime import date, timedelta
+from datetime import datetime, timedelta, timezone
 
 from support import BIN, Home, calendar, event, expect, finish
 
@@ -14,16 +14,18 @@ def run(home, *arguments):
 
 
 def main():
-    home = Home()
+    home = Home(zone="UTC")
     first = run(home)
     expect(first.returncode == 0, f"the first run ends with {first.returncode}: {first.stderr}")
     expect("sound" in home.pim("check").stdout, "the sample is not sound")
-    days = [(date.today() + timedelta(days=n)).isoformat() for n in (-1, 0, 2)]
+    days = [(datetime.now(timezone.utc).date() + timedelta(days=n)).isoformat() for n in (-1, 0, 2)]
     rows = home.agenda(days[0], days[2])
     today = [row for row in rows if row["day"] == days[1]]
     expect(len(today) >= 8, f"today has only {len(today)} items")
     for what in ("all_day", "conflict", "note", "reminder", "attendees", "categories"):
         expect(any(row[what] for row in rows), f"nothing shows {what}")
+    for kind in ("appointment", "task", "birthday", "anniversary"):
+        expect(any(row["kind"] == kind for row in rows), f"there is no {kind}")
     expect(any(row["recurrence"] for row in rows), "nothing recurs")
     expect(any(row["sensitivity"] == 2 for row in rows), "nothing is private")
 

@@ -77,6 +77,28 @@ constexpr CSampleSeries kSeries[] = {
      OlRecurs::Yearly, 12, 0, 0, 0, 0},
 };
 
+constexpr int kNoDate = 10000;
+constexpr struct {
+    int Start, Due; // days from today, kNoDate for none
+    const char* Subject;
+    const char* Categories;
+    int Importance; // 0 low, 1 normal, 2 high
+    bool Complete;
+    int EveryDays; // 0: once
+} kTasks[] = {
+    {kNoDate, -2, "Pay the electricity bill", "Private", 2, false, 0},
+    {kNoDate, 0, "Water the plants", "Family", 1, false, 7},
+    {-1, 3, "Prepare the talk", "Work", 1, false, 0},
+    {kNoDate, 0, "Order the tickets", "Travel", 1, true, 0},
+    {kNoDate, kNoDate, "Renew the passport", "Private", 0, false, 0},
+};
+
+constexpr struct {
+    const char* Name;
+    int Birthday, Anniversary; // days from today, kNoDate for none
+    int YearsAgo;
+} kContacts[] = {{"Anna Berg", 0, kNoDate, 34}, {"Mira Holt", 12, kNoDate, 41}, {"Ana and Luis Sousa", kNoDate, 2, 9}};
+
 constexpr struct {
     const char *Name, *Address;
 } kAttendeeList[] = {{"Mira Holt", "mira@example.org"}, {"Jonas Weber", "jonas@example.org"}, {"Ana Sousa", "ana@example.org"}};
@@ -148,8 +170,56 @@ CStatus SaveSeries(IPOutlookApp& app, const CSampleSeries& series, int today)
     return skipped->Delete();
 }
 
+// The same day of an earlier year; 29 February becomes the 28th where it must.
+DATE YearsBefore(int day, int years)
+{
+    const SystemTime date = SystemTimeOf(day);
+    const bool leapDay = date.wMonth == 2 && date.wDay == 29;
+    return DayNumberOf(date.wYear - years, date.wMonth, leapDay ? 28 : date.wDay);
+}
+
+CStatus WriteTasks(IPOutlookApp& app, int today)
+{
+    for (const auto& sample : kTasks) {
+        const std::unique_ptr<ITask> task = app.CreateTask();
+        task->put_Subject(QString::fromUtf8(sample.Subject));
+        task->put_StartDate(sample.Start == kNoDate ? NO_DATE : today + sample.Start);
+        task->put_DueDate(sample.Due == kNoDate ? NO_DATE : today + sample.Due);
+        task->put_Categories(QString::fromUtf8(sample.Categories));
+        task->put_Importance(sample.Importance);
+        task->put_Complete(sample.Complete);
+        if (sample.EveryDays) {
+            task->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
+            task->GetRecurrencePattern()->put_Interval(sample.EveryDays);
+            task->GetRecurrencePattern()->put_NoEndDate(true);
+        }
+        if (CStatus saved = task->Save(); !saved)
+            return saved;
+    }
+    return {};
+}
+
+CStatus WriteContacts(IPOutlookApp& app, int today)
+{
+    for (const auto& sample : kContacts) {
+        const std::unique_ptr<IContact> contact = app.CreateContact();
+        contact->put_FileAs(QString::fromUtf8(sample.Name));
+        if (sample.Birthday != kNoDate)
+            contact->put_Birthday(YearsBefore(today + sample.Birthday, sample.YearsAgo));
+        if (sample.Anniversary != kNoDate)
+            contact->put_Anniversary(YearsBefore(today + sample.Anniversary, sample.YearsAgo));
+        if (CStatus saved = contact->Save(); !saved)
+            return saved;
+    }
+    return {};
+}
+
 CStatus WriteAll(IPOutlookApp& app, int today)
 {
+    if (CStatus written = WriteTasks(app, today); !written)
+        return written;
+    if (CStatus written = WriteContacts(app, today); !written)
+        return written;
     for (const CSampleItem& sample : kItems) {
         const std::unique_ptr<IAppointment> item = app.CreateAppointment();
         PutItem(*item, sample, today + sample.Day);
@@ -172,7 +242,7 @@ CStatus WriteSampleCalendar(IPOutlookApp& app, int today, int* written)
         app.AbandonBatch();
         return failed;
     }
-    *written = int(std::size(kItems) + std::size(kSeries));
+    *written = int(std::size(kItems) + std::size(kSeries) + std::size(kTasks) + std::size(kContacts));
     return app.CommitBatch();
 }
 

@@ -1,4 +1,4 @@
-// A small calendar around a day that shows every form an appointment can take.
+// A small calendar around a day that shows every form an item can take.
 #pragma once
 #include "object_model/object_model.h"
 
