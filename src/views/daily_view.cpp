@@ -104,6 +104,8 @@ void CDailyView::Refresh()
 {
     m_tapPoint = {-1, -1};
     m_hidden = false;
+    if (!m_touch.IsTouched())
+        m_touch.StopMotion(); // another day's list must not fly on with this one's speed
     const DATE cursor = PimStore().CursorDate();
     // Another view may have let this day go from the cache.
     if (cursor != NO_DATE && !PimStore().FindDay(DayNumber(cursor)))

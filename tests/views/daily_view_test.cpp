@@ -141,20 +141,44 @@ TEST_F(Daily, TasksFollowWhenWanted)
     EXPECT_EQ(View->Rows().GetCount(), 1);
 }
 
-TEST_F(Daily, AHiddenViewDoesNotGoOnFlying)
+TEST_F(Daily, AListFliesOnNeitherHiddenNorOnAnotherDay)
+{
+    const struct {
+        const char* What;
+        std::function<void()> Do;
+    } cases[] = {{"hidden", [&] { View->OnDeactivate(); }},
+                 {"next day", [&] { View->MoveDate(1); }},
+                 {"day by key", [&] { View->OnKey(kKeyLeft); }},
+                 {"today", [&] { View->GoToToday(); }}};
+    for (const auto& c : cases) {
+        PimStore().LoadRange(kToday, kToday, kToday);
+        Fill(40);
+        Open();
+        Press({100, 150});
+        for (const int y : {130, 110, 90, 70}) {
+            Time.Advance(10);
+            MoveTo({100, y});
+        }
+        Release({100, 70});
+        CNumberedTimers& timers = View->Scroller().Timers();
+        ASSERT_TRUE(timers.IsRunning(kTimerFling)) << c.What;
+        c.Do();
+        EXPECT_FALSE(timers.IsRunning(kTimerFling)) << c.What;
+        EXPECT_FALSE(View->Scroller().IsDragging()) << c.What;
+    }
+}
+
+TEST_F(Daily, ARefreshUnderTheFingerLeavesItsDragOne)
 {
     Fill(40);
     Open();
     Press({100, 150});
-    for (const int y : {130, 110, 90, 70}) {
-        Time.Advance(10);
-        MoveTo({100, y});
-    }
-    Release({100, 70});
-    CNumberedTimers& timers = View->Scroller().Timers();
-    ASSERT_TRUE(timers.IsRunning(kTimerFling));
-    View->OnDeactivate();
-    EXPECT_FALSE(timers.IsRunning(kTimerFling));
+    MoveTo({100, 100});
+    View->Refresh();
+    EXPECT_TRUE(View->Scroller().IsDragging());
+    Release({100, 98});
+    EXPECT_EQ(CTouchMenu::Current(), nullptr);
+    EXPECT_FALSE(View->Scroller().IsDragging());
 }
 
 TEST_F(Daily, EveryPointOfARowHitsIt)
