@@ -46,6 +46,7 @@ const FontRow kFonts[] = {
     {1000, 700, 12, &g_Settings.General.CustomTitlebarSize},
 };
 
+constexpr int kTitleStripFont = 1000;
 constexpr int kLeastHeight = 4; // design pixels: a size that the file got wrong must not hide
 constexpr int kMostHeight = 96; // all text or fill the memory
 } // namespace
@@ -59,12 +60,14 @@ FontSpec GetFontSpec(int id, int densityMultiple)
     if (row == std::end(kFonts))
         return spec;
     const qint64 multiple = std::clamp(densityMultiple, 1, 4);
-    const qint64 size = row->TextSize ? *row->TextSize : 0;
+    qint64 size = row->TextSize ? *row->TextSize : 0;
+    if (id == kTitleStripFont) // as high as the strip, whose sizes are these
+        size = std::clamp<qint64>(size, 0, kTitlebarSizeCount - 1);
     const qint64 height = multiple * (row->Base + size) - row->Less;
     spec.Weight = row->Weight;
     spec.PixelHeight = int(std::clamp(height, kLeastHeight * multiple, kMostHeight * multiple));
     spec.StrikeOut = row->StrikeOut;
-    if (id == 1000)
+    if (id == kTitleStripFont)
         spec.Escapement = g_Settings.General.CustomTitlebarLocation == 1   ? 900
                           : g_Settings.General.CustomTitlebarLocation == 3 ? 2700
                                                                            : 0;

@@ -45,6 +45,8 @@ TEST(Fonts, FollowTheTableAndTheTextSizes)
         g_Settings.DailyView.TextSize = size;
         EXPECT_GT(GetFontSpec(600, 4).PixelHeight, 0) << size;
         EXPECT_LE(GetFontSpec(600, 4).PixelHeight, 400) << size;
+        g_Settings.General.CustomTitlebarSize = size;
+        EXPECT_EQ(GetFontSpec(1000, 1).PixelHeight, size < 0 ? 12 : 26) << "stays within its strip";
     }
     g_Settings = before;
 }
