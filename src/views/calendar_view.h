@@ -96,5 +96,5 @@ protected:
     bool m_created = false; // OnCreate has run
     QSize m_shapeSize;      // of the surface, as last laid out for
     int m_shapeDensity = 0;
-    int m_factor = 1;       // surface pixels of a logical one, as last painted with
+    int m_factor = 1; // surface pixels of a logical one, as last painted with
 };

@@ -201,6 +201,7 @@ void CDailyView::OnTap(quint32, int x, int y)
 
 void CDailyView::OnContextMenu(QPoint at)
 {
+    m_touch.CancelTouch(); // its release would come under the menu, as a tap
     if (m_touch.Area().contains(at)) {
         Select(RowAt(at.x(), at.y() - m_touch.Area().y() - m_touch.Scroll()));
         m_touch.Redraw(true);

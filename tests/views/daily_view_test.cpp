@@ -561,6 +561,30 @@ TEST_F(Daily, RightClickAndMenuKeyOpenTheItemsMenu)
     }
 }
 
+TEST_F(Daily, ARightClickEndsTheTouchThatIsUnderWay)
+{
+    Fill(3);
+    Open();
+    const QPoint at(100, View->ListArea().y() + 5);
+    Press(at);
+    bool second = false;
+    QTimer::singleShot(0, View.get(), [&] {
+        CTouchMenu* menu = CTouchMenu::Current();
+        QTimer look; // runs only under a second menu
+        QObject::connect(&look, &QTimer::timeout, View.get(), [&] {
+            second = true;
+            CTouchMenu::Current()->Choose(CmdNone);
+        });
+        look.start(0);
+        Release(at); // the finger's button goes up over the menu
+        menu->Choose(CmdNone);
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, at, at);
+    QCoreApplication::sendEvent(View.get(), &event);
+    EXPECT_FALSE(second) << "a menu over the menu";
+    EXPECT_FALSE(View->Scroller().IsTouched());
+}
+
 TEST_F(Daily, SpecialEventsOpenNoMenu)
 {
     auto birthday = Appointment(5, QStringLiteral("Ada"), kToday, kToday + 1);
