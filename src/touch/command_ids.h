@@ -19,6 +19,7 @@ enum CommandId : int {
     CmdOpenItem = 1255,
     CmdSettings = 40012,
     CmdExit = 40019,
+    CmdCancel = 40023, // of a dialog
     CmdNewAppointment = 40026,
     CmdShowDaily = 40036,
     CmdShowList = 40037,
@@ -30,6 +31,8 @@ enum CommandId : int {
     CmdDateForward = 40053,
     CmdMenu = 40054,
     CmdToday = 40055,
+    CmdSaveForm = 40065, // as CmdDone
+    CmdDone = 40077,     // of a dialog
     CmdShowWeekly = 40089,
     CmdNewTask = 40101,
     CmdToggleTask = 40103,

@@ -2,10 +2,13 @@
 #include "drawing/image_store.h"
 #include "drawing/paint.h"
 #include "drawing/screen_metrics.h"
+#include "drawing/text.h"
 #include "settings/color_scheme.h"
 #include "touch/command_ids.h"
+#include "touch/white_picture.h"
 
 #include <QPainter>
+#include <algorithm>
 
 namespace
 {
@@ -13,6 +16,11 @@ constexpr int kBarHeight = 40;
 constexpr quint32 kBarAlpha = 50;
 constexpr quint32 kPressedAlpha = 128;
 constexpr quint32 kHairLineAlpha = 90; // of black over the bar's colour
+constexpr int kKeyFont = 4;
+constexpr int kKeyMargin = 4; // design pixels, as the next one
+constexpr int kPictureGap = 6;
+constexpr COLORREF kDarkInk = Rgb(0x2B, 0x3E, 0x55);
+constexpr double kEnoughContrast = 3; // of bold text
 } // namespace
 
 int CSoftKeyBar::Height()
@@ -29,9 +37,9 @@ QRect CSoftKeyBar::KeyRect(const QRect& bar, int index, int count)
     return {bar.x() + left, bar.y(), right - left, bar.height()};
 }
 
-void CSoftKeyBar::AddButton(int command, int imageId, bool flag)
+void CSoftKeyBar::AddButton(int command, int imageId, bool flag, const QString& text)
 {
-    m_keys.push_back({command, imageId, flag});
+    m_keys.push_back({command, imageId, flag, text});
 }
 
 void CSoftKeyBar::Clear()
@@ -57,14 +65,35 @@ void CSoftKeyBar::Paint(QPainter& dc, const QRect& bar)
     for (int n = 0; n < GetCount(); ++n) {
         const QRect rect = KeyRect(bar, n, GetCount());
         const CSoftKey& key = m_keys[size_t(n)];
-        if (n == m_pressed || key.Flag)
+        const bool lightened = n == m_pressed || key.Flag;
+        if (lightened)
             BlendRect(dc, rect.adjusted(0, D(1), 0, 0), kColorWhite, kPressedAlpha);
-        if (key.ImageId > 0) {
-            const CAlphaImage& image = g_ImageStore.Image(key.ImageId);
-            DrawImage(image, dc, rect.x() + (rect.width() - image.Width()) / 2,
-                      rect.y() + (rect.height() - image.Height()) / 2);
-        }
+        PaintKey(dc, key, rect, lightened);
     }
+}
+
+void CSoftKeyBar::PaintKey(QPainter& dc, const CSoftKey& key, const QRect& rect, bool lightened) const
+{
+    static const CAlphaImage none;
+    const CAlphaImage* image = key.ImageId > 0 ? &g_ImageStore.Image(key.ImageId) : &none;
+    const QFont font = key.Text.isEmpty() ? QFont() : g_ImageStore.Font(kKeyFont);
+    const int room = rect.width() - 2 * D(kKeyMargin);
+    const int textWidth = key.Text.isEmpty() ? 0 : std::min(TextWidth(font, key.Text), room);
+    const int gap = textWidth > 0 && image->IsValid() ? D(kPictureGap) : 0;
+    if (textWidth > 0 && image->Width() + gap + textWidth > room)
+        image = &none;
+    const int imageWidth = image->IsValid() ? image->Width() + gap : 0;
+    const int x = rect.x() + (rect.width() - imageWidth - textWidth) / 2;
+    DrawImage(*image, dc, x, rect.y() + (rect.height() - image->Height()) / 2);
+    if (textWidth == 0)
+        return;
+    const COLORREF bar = GetHighlightColor();
+    const COLORREF ground = lightened ? Blend(kColorWhite, bar, kPressedAlpha) : bar;
+    const COLORREF wanted = GetHighlightTextColor();
+    dc.setFont(font);
+    dc.setPen(ToQColor(Contrast(wanted, ground) >= kEnoughContrast ? wanted : kDarkInk));
+    DrawText(dc, key.Text, QRect(x + imageWidth, rect.y(), textWidth, rect.height()),
+             kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis);
 }
 
 int CSoftKeyBar::HitTest(const QRect& bar, QPoint at) const

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QRect>
+#include <QString>
 #include <vector>
 
 class QPainter;
@@ -16,6 +17,7 @@ struct CSoftKey {
     int Command = -1;  // -1: a separator that cannot be pressed
     int ImageId = 0;   // 0 or -1: no image
     bool Flag = false; // stands for something that is on: painted lightened
+    QString Text;      // of dialogs' keys: right of the picture, which gives way when both are too wide
 };
 
 class CSoftKeyBar
@@ -24,7 +26,7 @@ public:
     static int Height();                                          // 40 design pixels
     static QRect KeyRect(const QRect& bar, int index, int count); // pure
 
-    void AddButton(int command, int imageId, bool flag = false);
+    void AddButton(int command, int imageId, bool flag = false, const QString& text = QString());
     void Clear(); // drops the cached background too
 
     // Fills the whole of `bar`, cached background first.
@@ -42,6 +44,8 @@ public:
     int LastCommand() const;        // key F2
 
 private:
+    void PaintKey(QPainter& dc, const CSoftKey& key, const QRect& rect, bool lightened) const;
+
     std::vector<CSoftKey> m_keys;
     int m_pressed = -1;
     QImage m_background; // of the bar's size

@@ -80,7 +80,6 @@ private:
     int RowAt(int y) const; // content coordinates; -1 past the last row
     QRect RowRect(int index) const;
     void PaintRow(QPainter& dc, const CTouchMenuRow& row, const QRect& rect, bool selected) const;
-    void PaintTitle(QPainter& dc, const QRect& rect) const;
     QImage PaintPage(const CTouchMenuLayout& layout);
     void SelectRow(int index);
     void SelectByKey(int direction);

@@ -5,6 +5,7 @@
 #include "drawing/text.h"
 #include "settings/settings.h"
 #include "touch/device_pixels.h"
+#include "touch/page_title.h"
 #include "touch/touch_menu.h"
 
 #include <QPaintEvent>
@@ -16,7 +17,6 @@ namespace
 {
 // Design pixels.
 constexpr int kRowHeight = 40;
-constexpr int kTitleHeight = 28;
 constexpr int kPageWidth = 420;
 constexpr int kPictureSize = 24;
 constexpr int kPictureGap = 10;
@@ -28,10 +28,8 @@ constexpr COLORREF kRowBack = kColorWhite;
 constexpr COLORREF kHairLine = 0xDDE1DE;
 constexpr COLORREF kInk = Rgb(0x2B, 0x3E, 0x55);
 constexpr COLORREF kCheckInk = Rgb(0x2A, 0x78, 0x12);
-constexpr int kColorSelectedText = 503, kColorTitleBack = 504, kColorTitleText = 505;
-constexpr quint32 kTitleAlpha = 50;
-constexpr int kDimAlpha = 120;
-constexpr int kFontRow = 0, kFontTitle = 4;
+constexpr int kColorSelectedText = 503;
+constexpr int kFontRow = 0;
 
 void DrawCheckMark(QPainter& dc, const QRect& box, COLORREF color)
 {
@@ -52,7 +50,7 @@ void DrawCheckMark(QPainter& dc, const QRect& box, COLORREF color)
 CTouchMenuLayout CTouchMenuLayout::Of(QSize window, bool hasTitle, int contentHeight)
 {
     CTouchMenuLayout layout;
-    const int title = hasTitle ? D(kTitleHeight) : 0, keys = CSoftKeyBar::Height();
+    const int title = hasTitle ? PageTitleHeight() : 0, keys = CSoftKeyBar::Height();
     layout.Page = QRect(QPoint(0, 0), window);
     if (window.width() > D(kPageWidth)) {
         const int room =
@@ -137,15 +135,6 @@ void CTouchMenu::PaintRow(QPainter& dc, const CTouchMenuRow& row, const QRect& r
              kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis);
 }
 
-void CTouchMenu::PaintTitle(QPainter& dc, const QRect& rect) const
-{
-    FillTwoTone(dc, rect, g_Settings.ResolveColor(kColorTitleBack), kColorWhite, kTitleAlpha, false);
-    dc.setFont(g_ImageStore.Font(kFontTitle));
-    dc.setPen(ToQColor(g_Settings.ResolveColor(kColorTitleText)));
-    DrawText(dc, m_title, rect.adjusted(D(kPictureGap), 0, -D(kPictureGap), 0),
-             kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis);
-}
-
 QImage CTouchMenu::PaintPage(const CTouchMenuLayout& layout)
 {
     QImage page(layout.Page.size(), QImage::Format_RGB32);
@@ -154,7 +143,7 @@ QImage CTouchMenu::PaintPage(const CTouchMenuLayout& layout)
     QPainter dc(&page);
     dc.translate(-layout.Page.topLeft());
     if (!layout.Title.isEmpty())
-        PaintTitle(dc, layout.Title);
+        PaintPageTitle(dc, layout.Title, m_title);
     m_touch.PaintTo(dc, layout.List.x(), layout.List.y());
     m_keys.Paint(dc, layout.Keys);
     return page;
@@ -177,6 +166,6 @@ void CTouchMenu::paintEvent(QPaintEvent*)
     const CTouchMenuLayout layout = Layout();
     QPainter window(this);
     if (layout.Page.size() != ToSurface(size(), m_factor))
-        window.fillRect(rect(), QColor(0, 0, 0, kDimAlpha));
+        window.fillRect(rect(), DimColor());
     BlitSurface(window, PaintPage(layout), layout.Page.topLeft(), m_factor);
 }

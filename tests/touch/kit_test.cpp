@@ -49,6 +49,36 @@ TEST_F(SoftKeys, HitAtEachCentreIsItsOwnKeyAndNoSeparator)
     EXPECT_EQ(keys.FirstCommand(), CmdNone);
 }
 
+TEST_F(SoftKeys, ATextStandsBesideItsPictureOrAlone)
+{
+    const auto inked = [](int width, int imageId, const QString& text) {
+        CSoftKeyBar keys;
+        keys.AddButton(1, imageId, false, text);
+        QImage picture(width, 40, QImage::Format_RGB32), bare(width, 40, QImage::Format_RGB32);
+        QPainter dc(&picture), bareDc(&bare);
+        keys.Paint(dc, picture.rect());
+        CSoftKeyBar none;
+        none.AddButton(1, 0);
+        none.Paint(bareDc, bare.rect());
+        QRect box; // of all that differs from the bar's ground
+        for (int x = 0; x < width; ++x) {
+            for (int y = 0; y < 40; ++y) {
+                if (picture.pixel(x, y) != bare.pixel(x, y))
+                    box |= QRect(x, y, 1, 1);
+            }
+        }
+        return box;
+    };
+    const QString text = QStringLiteral("Cancel");
+    const QRect alone = inked(200, 0, text), image = inked(200, 706, QString()), both = inked(200, 706, text);
+    EXPECT_FALSE(alone.isEmpty() || image.isEmpty());
+    EXPECT_GT(both.width(), alone.width() + image.width());
+    EXPECT_LE(std::abs(both.center().x() - 100), 3);
+    EXPECT_LE(std::abs(inked(70, 706, text).width() - alone.width()), 1) << "no room for both";
+    const QRect cut = inked(30, 706, text);
+    EXPECT_TRUE(cut.left() >= 3 && cut.right() <= 26) << "an ellipsis keeps it within the key";
+}
+
 TEST_F(SoftKeys, OnlyThePressedKeyIsLighter)
 {
     CSoftKeyBar keys;
