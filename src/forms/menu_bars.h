@@ -1,0 +1,24 @@
+// The soft keys of dialogs, by the number of their bar.
+#pragma once
+
+class CSoftKeyBar;
+
+enum MenuBarId : int {
+    kMenuBarNone = 0,
+    kMenuBarForm = 159, // "Done", "Cancel"
+    kMenuBarYesNo = 50001,
+    kMenuBarOk = 50002,
+    kMenuBarCancel = 50003,
+};
+
+// What a message answers; also the commands of its keys.
+enum MessageAnswer : int {
+    kAnswerNone = 0, // it was left because the program ends
+    kAnswerOk = 1,
+    kAnswerYes = 6,
+    kAnswerNo = 7,
+};
+
+// Empties the keys and fills them anew. `current` is the number of the key that shows as the
+// keyboard's, -1 for none.
+void LoadMenuBar(CSoftKeyBar& keys, int barId, int current = -1);
