@@ -2,6 +2,7 @@
 #include "drawing/image_store.h"
 #include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
+#include "forms/form_dialog.h"
 #include "settings/settings.h"
 #include "shell/main_frame.h"
 #include "shell/view_rotation.h"
@@ -94,6 +95,7 @@ void CMainFrame::ShowView(int kind, int returnView)
     view->raise();
     setFocusProxy(view);
     view->setFocus();
+    CFormDialog::KeepInFront(); // another program's request may come under a question
     view->Refresh();
     if (old && old != view)
         old->OnDeactivate();

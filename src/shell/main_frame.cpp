@@ -1,6 +1,7 @@
 #include "shell/main_frame.h"
 #include "drawing/image_store.h"
 #include "drawing/screen_metrics.h"
+#include "forms/form_dialog.h"
 #include "settings/settings.h"
 #include "shell/command_request.h"
 #include "shell/instance_handover.h"
@@ -12,9 +13,8 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QDialog>
+#include <QCoreApplication>
 #include <QTimer>
 #include <algorithm>
 #include <limits>
@@ -99,15 +99,15 @@ void CMainFrame::closeEvent(QCloseEvent* event)
     }
     // A view, or a command of one, is still on the stack below a menu or question: that ends first.
     LeaveMenu();
-    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-        dialog->reject();
+    if (CFormDialog* dialog = CFormDialog::Current())
+        dialog->End(CFormDialog::kCancelled);
     QTimer::singleShot(kUnwindMs, this, [this] { close(); });
     event->ignore();
 }
 
 bool CMainFrame::IsBusy() const
 {
-    return m_commandDepth > 0 || CTouchMenu::Current();
+    return m_commandDepth > 0 || CTouchMenu::Current() || CFormDialog::Current();
 }
 
 bool CMainFrame::LeaveMenu()
