@@ -67,8 +67,8 @@ def main():
             once(agenda, env)
             figure(f"{name} agenda of March 2026", [once(agenda, env) for _ in range(11)])
             rows = subprocess.run(agenda, env=env, capture_output=True, text=True).stdout.splitlines()
-            distinct = {(row["uid"], row["start"]) for row in map(json.loads, rows)}
-            print(f"{name} distinct occurrences              {len(distinct)}")
+            distinct = {(row["uid"], row["start"]) for row in map(json.loads, rows) if row["kind"] == "appointment"}
+            print(f"{name} distinct occurrences of appointments {len(distinct)}")
             if os.environ.get("DISPLAY"):
                 first_paint(env, home)
                 figure(f"{name} exec to first painted day", [first_paint(env, home) for _ in range(9)])
