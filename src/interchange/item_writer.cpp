@@ -4,7 +4,7 @@
 
 namespace
 {
-const QString kCancelled = QStringLiteral("Cancelled: %1");
+const QString kCancelled = QStringLiteral("Cancelled: ");
 
 CForeignData ForeignOf(const CImportedEvent& event, quint32 equalsIndex, const QString& kept,
                        const QString& sourceRule)
@@ -21,6 +21,11 @@ CForeignData ForeignOf(const CImportedEvent& event, quint32 equalsIndex, const Q
     return foreign;
 }
 } // namespace
+
+QString CItemWriter::CancelledSubject(const QString& subject)
+{
+    return subject.startsWith(kCancelled) ? subject : kCancelled + subject;
+}
 
 QByteArray CItemWriter::HashBytes(quint64 hash)
 {
@@ -65,7 +70,7 @@ CStatus CItemWriter::WriteTask(const CImportedEvent& event, const CRecurrencePat
     ITask& item = reused ? *reused : *created;
     const CImportedTask& task = event.Task;
     const auto day = [](const std::optional<qint64>& wall) { return wall ? DateOfWall(*wall) : NO_DATE; };
-    item.put_Subject(event.Cancelled ? kCancelled.arg(event.Subject) : event.Subject);
+    item.put_Subject(event.Cancelled ? CancelledSubject(event.Subject) : event.Subject);
     item.put_Body(event.Note);
     item.put_StartDate(day(task.Start));
     item.put_DueDate(day(task.Due));
@@ -90,7 +95,7 @@ CStatus CItemWriter::WriteTask(const CImportedEvent& event, const CRecurrencePat
 
 void CItemWriter::PutValues(const CImportedEvent& event, IAppointment& item, bool isNew) const
 {
-    item.put_Subject(event.Cancelled ? kCancelled.arg(event.Subject) : event.Subject);
+    item.put_Subject(event.Cancelled ? CancelledSubject(event.Subject) : event.Subject);
     if (!isNew || !event.Location.isEmpty())
         item.put_Location(event.Location);
     if (!isNew || !event.Note.isEmpty())

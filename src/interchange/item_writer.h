@@ -29,6 +29,7 @@ public:
         return zone ? zone->Record() : m_device;
     }
     static QByteArray HashBytes(quint64 hash);
+    static QString CancelledSubject(const QString& subject); // the word before it, once
 
 private:
     IPOutlookApp& m_app;

@@ -287,13 +287,20 @@ void COccurrenceWriter::PutException(const CImportedEvent& event, CRecurrenceExc
 COccurrenceWriter::Result COccurrenceWriter::PutInSingle(const CImportedEvent& event,
                                                          const CComponent& component, CStatus* status)
 {
-    if (event.Cancelled) {
+    const bool isItemItself = m_open.Foreign.OccurrenceId.isEmpty();
+    if (event.Cancelled && !isItemItself) {
         *status = m_open.Item->Delete();
         m_open = COpenItem();
         return *status ? Result::Created : Result::Failed;
     }
-    m_writer.PutValues(event, *m_open.Item, false);
-    m_writer.PutDates(event, event.Dates.Start, event.Dates.End, *m_open.Item);
+    if (event.Cancelled) {
+        // Deleted, it would come back with the next import of the same file.
+        m_open.Item->put_Subject(CItemWriter::CancelledSubject(m_open.Item->get_Subject()));
+        m_open.Item->put_BusyStatus(0);
+    } else {
+        m_writer.PutValues(event, *m_open.Item, false);
+        m_writer.PutDates(event, event.Dates.Start, event.Dates.End, *m_open.Item);
+    }
     KeepChange(event, component);
     m_open.IsDirty = true;
     return Result::Created;

@@ -228,6 +228,14 @@ TEST_F(ImportTest, CancelledItem)
     EXPECT_EQ(Items("a"), "|Cancelled: x|2026-03-10..2026-03-11 all-day\n");
     EXPECT_EQ(Open("a")->get_BusyStatus(), 0);
 
+    // The only occurrence of an item without a rule is the item.
+    const std::string lone =
+        Event("e", "DTSTART:20260313T070000Z") +
+        Event("e", "RECURRENCE-ID:20260313T070000Z\nDTSTART:20260313T070000Z\nSTATUS:CANCELLED", "");
+    Import(lone);
+    EXPECT_EQ(Items("e"), "|Cancelled: x|2026-03-13 08:00..2026-03-13 08:00\n");
+    EXPECT_EQ(Import(lone).Counts(), "0 created 0 updated 2 unchanged 0 left out");
+
     // A cancellation by itself: of an item that is there, and of one that never was.
     Import(Event("b", "DTSTART:20260310"));
     const CImported told = Import("METHOD:CANCEL\n" + Event("b", "DTSTART:20260310\nSEQUENCE:1") +
