@@ -242,6 +242,8 @@ void CComponentReader::StoreNested(std::string_view text)
 
 void CComponentReader::Store(std::string_view text)
 {
+    if (text.empty())
+        return; // nothing but what cannot be text stood there
     if (m_open.Name == "VCARD" && text.find(':') == std::string_view::npos && ContinueEncoded(text))
         return;
     const size_t nameEnd = std::min(text.find_first_of(":;"), text.size());

@@ -178,6 +178,9 @@ TEST_F(ImportContacts, PicturesAreKeptWhole)
     const auto size = [](const IContact& contact) { return contact.Foreign().Text.size(); };
     const qsizetype wanted = qsizetype(data.size() + std::strlen("g.PHOTO;ENCODING=b:\nTITLE:T\n"));
     EXPECT_EQ(size(*One("FN:A\r\ng.PHOTO;ENCODING=b:\r\n" + folded + "TITLE:T")), wanted);
+    // A line of nothing but NULs right behind it ends nothing and continues nothing.
+    EXPECT_EQ(size(*One("FN:A\r\nPHOTO;BASE64:\r\n" + plain + std::string("\r\n\0\0\r\nTITLE:T", 13), "2.1")),
+              qsizetype(data.size() + std::strlen("VERSION:2.1\nPHOTO;BASE64:\nTITLE:T\n")));
     EXPECT_EQ(size(*One("FN:A\r\nPHOTO;BASE64:\r\n" + plain + "\r\nTITLE:T", "2.1")),
               qsizetype(data.size() + std::strlen("VERSION:2.1\nPHOTO;BASE64:\nTITLE:T\n")));
     EXPECT_TRUE(m_told.Told.empty());
