@@ -11,11 +11,6 @@ namespace
 {
 ProgramStarter g_starter;
 
-bool Start(const QString& program, const QStringList& arguments)
-{
-    return g_starter ? g_starter(program, arguments) : QProcess::startDetached(program, arguments);
-}
-
 bool Open(const QByteArray& address)
 {
     if (address.isEmpty())
@@ -23,7 +18,7 @@ bool Open(const QByteArray& address)
     const QString opener =
         g_starter ? QStringLiteral("xdg-open") : QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (!opener.isEmpty())
-        return Start(opener, {QString::fromLatin1(address)});
+        return StartProgram(opener, {QString::fromLatin1(address)});
     return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) &&
            QDesktopServices::openUrl(QUrl::fromEncoded(address));
 }
@@ -32,6 +27,11 @@ bool Open(const QByteArray& address)
 void SetProgramStarter(ProgramStarter starter)
 {
     g_starter = std::move(starter);
+}
+
+bool StartProgram(const QString& program, const QStringList& arguments)
+{
+    return g_starter ? g_starter(program, arguments) : QProcess::startDetached(program, arguments);
 }
 
 QByteArray CallAddress(const QString& number)

@@ -15,6 +15,8 @@ QByteArray CallAddress(const QString& number);
 QByteArray MailAddress(const QString& address);
 QByteArray WebAddress(const QString& url);
 
+// Starts a program that lives on without us; false when it cannot be started.
+bool StartProgram(const QString& program, const QStringList& arguments);
 // Replaces the start of programs; an empty one returns to the real.
 using ProgramStarter = std::function<bool(const QString& program, const QStringList& arguments)>;
 void SetProgramStarter(ProgramStarter starter);
