@@ -216,13 +216,32 @@ public:
     virtual void put_Foreign(const CForeignData& data) = 0;
 };
 
-// What Send, Cancel and the infrared folder hand out; the shell gives one.
+// One item of the volume, by name.
+struct CItemName {
+    OlItem Kind = OlItem::Appointment;
+    quint32 ItemId = 0;
+};
+
+// What Send, Cancel and the infrared folder hand out; the shell gives one. Ok means that it was
+// handed on, not that it has arrived; what happens later the transport tells the user itself.
 class IItemTransport
 {
 public:
     virtual ~IItemTransport() = default;
     virtual CStatus SendRequest(IAppointment& appointment) = 0;
     virtual CStatus SendCancel(IAppointment& appointment) = 0;
+    virtual CStatus SendItems(const std::vector<CItemName>& items) = 0;
+};
+
+constexpr int olFolderInfrared = 102;
+
+// The folder that leaves the device: what was put into it goes out together.
+class IFolder
+{
+public:
+    virtual ~IFolder() = default;
+    virtual CStatus AddItemToInfraredFolder(OlItem kind, quint32 itemId) = 0; // NotFound: no such item
+    virtual CStatus SendToInfrared() = 0; // empties the folder; Invalid without items or transport
 };
 
 // Identity of an imported item as the volume holds it.
@@ -256,7 +275,8 @@ public:
     virtual std::vector<CForeignKey> FindTasksByUid(const QString& uid) = 0;
     virtual std::vector<CForeignKey> FindContactsByUid(const QString& uid) = 0;
     virtual bool HasAnyUid() = 0; // false: an importer need not look for earlier items
-    virtual void SetTransport(IItemTransport* transport) = 0;
+    virtual void SetTransport(IItemTransport* transport) = 0; // borrowed; null for none
+    virtual std::unique_ptr<IFolder> GetDefaultFolder(int folder) = 0; // null but for the infrared folder
 };
 
 // Borrows nothing: keeps the volume alive. Null without a volume.

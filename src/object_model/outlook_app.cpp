@@ -3,6 +3,7 @@
 #include "object_model/appointment_object.h"
 #include "object_model/appointment_record.h"
 #include "object_model/contact_object.h"
+#include "object_model/infrared_folder.h"
 #include "object_model/task_object.h"
 #include "records/property_numbers.h"
 #include "records/recurrence_blob.h"
@@ -56,6 +57,11 @@ CStatus COutlookApp::Logon()
 void COutlookApp::Logoff()
 {
     AbandonBatch();
+}
+
+std::unique_ptr<IFolder> COutlookApp::GetDefaultFolder(int folder)
+{
+    return folder == olFolderInfrared ? std::make_unique<CInfraredFolder>(*this, m_transport) : nullptr;
 }
 
 // Within a batch the zone stands still, as one look-up per item would cost more than its write.

@@ -40,6 +40,7 @@ public:
     }
     bool HasAnyUid() override;
     void SetTransport(IItemTransport* transport) override { m_transport = transport; }
+    std::unique_ptr<IFolder> GetDefaultFolder(int folder) override;
 
     // For its items.
     CStatus Load(quint32 itemId, std::unique_ptr<CAppointmentObject>& item);

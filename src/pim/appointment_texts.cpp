@@ -24,6 +24,8 @@ CPoomSession::CPoomSession(const std::shared_ptr<CPropertyVolume>& volume)
         m_app = MakePOutlookApp(volume);
     if (m_app && !m_app->Logon())
         m_app.reset();
+    if (m_app)
+        m_app->SetTransport(PimStore().Transport());
 }
 
 CPoomSession::~CPoomSession()

@@ -11,6 +11,7 @@ struct CPimStore::Private {
     CItemCache Cache{Categories};
     std::shared_ptr<CPropertyVolume> Volume;
     std::function<void(qint64)> SetNextEvent;
+    IItemTransport* Transport = nullptr;
     DATE CursorDate = NO_DATE;
     qint64 LastChange = 0;
 };

@@ -413,11 +413,30 @@ TEST_F(ObjectModel, SendingNeedsATransport)
         {
             return Log += " cancel " + item.get_Subject(), CStatus();
         }
+        CStatus SendItems(const std::vector<CItemName>& items) override
+        {
+            for (const CItemName& item : items)
+                Log += QString(" item %1 %2").arg(int(item.Kind)).arg(item.ItemId);
+            return {};
+        }
     } transport;
     auto item = Series();
     EXPECT_TRUE(item->Send());
+    EXPECT_EQ(m_app->GetDefaultFolder(9), nullptr);
+    const auto noWay = m_app->GetDefaultFolder(olFolderInfrared);
+    EXPECT_TRUE(noWay->AddItemToInfraredFolder(OlItem::Appointment, item->get_Oid()));
+    EXPECT_EQ(noWay->SendToInfrared().Kind(), StatusKind::Invalid);
     m_app->SetTransport(&transport);
     EXPECT_TRUE(item->Send());
     EXPECT_TRUE(Occurrence(item->get_Oid(), "2026-01-07")->Cancel());
     EXPECT_EQ(transport.Log, "request series cancel series");
+
+    transport.Log.clear();
+    const auto folder = m_app->GetDefaultFolder(olFolderInfrared);
+    EXPECT_EQ(folder->SendToInfrared().Kind(), StatusKind::Invalid) << "empty";
+    EXPECT_EQ(folder->AddItemToInfraredFolder(OlItem::Task, item->get_Oid()).Kind(), StatusKind::NotFound);
+    EXPECT_TRUE(folder->AddItemToInfraredFolder(OlItem::Appointment, item->get_Oid()));
+    EXPECT_TRUE(folder->SendToInfrared());
+    EXPECT_EQ(transport.Log, QString(" item 1 %1").arg(item->get_Oid()));
+    EXPECT_EQ(folder->SendToInfrared().Kind(), StatusKind::Invalid) << "sent already";
 }
