@@ -599,6 +599,17 @@ enum StringId : int {
     StrQuickNote8 = 51529,
     StrQuickNote9 = 51530,
 
+    // Sending
+    StrSendToDevice = 51601,
+    StrSendByMail = 51602,
+    StrSendToFile = 51603,
+    StrSendPushed = 51604,
+    StrSendNotPushed = 51605,
+    StrSendFailed = 51606,
+    StrSendFileFailed = 51607,
+    StrSendCancelled = 51608,
+    StrSendFileName = 51609,
+
     // Names of colours: this and the colour's number, 60501 to 67009
     StrColorNames = 60000,
 };
