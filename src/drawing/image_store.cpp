@@ -98,8 +98,21 @@ int CImageStore::FontHeight(int id)
     return GetFontSpec(id, g_ScreenMetrics.Multiple()).PixelHeight;
 }
 
+const CAlphaImage& CImageStore::Icon(const QString& reference) const
+{
+    static const CAlphaImage none;
+    const auto known = m_icons.find(reference);
+    return known != m_icons.end() ? known->second : none;
+}
+
+void CImageStore::PutIcon(const QString& reference, CAlphaImage image)
+{
+    m_icons[reference] = std::move(image);
+}
+
 void CImageStore::Clear()
 {
+    m_icons.clear();
     m_images.clear();
     m_fonts.clear();
 }

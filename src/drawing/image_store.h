@@ -20,12 +20,17 @@ public:
     // The height the table gives the font, in device pixels: not the line height.
     int FontHeight(int id);
 
+    // The small picture of a category by its reference, empty when nobody has put one here.
+    const CAlphaImage& Icon(const QString& reference) const;
+    void PutIcon(const QString& reference, CAlphaImage image);
+
     // Forgets all that was loaded; after a change of density or settings, and at shutdown.
     void Clear();
 
 private:
     std::map<int, CAlphaImage> m_images;
     std::map<int, QFont> m_fonts;
+    std::map<QString, CAlphaImage> m_icons;
 };
 
 extern CImageStore g_ImageStore;

@@ -18,8 +18,6 @@ namespace
 {
 constexpr int kPriorityLow = 0, kPriorityHigh = 2;
 constexpr int kShortDateFormat = 4; // of the day titles' table
-enum DueColor { kRegular, kOverdue, kUndated };
-constexpr int kSpecialStatus = 0; // special events count as free
 } // namespace
 
 // ---- tasks
@@ -46,12 +44,9 @@ QRect CItemRowPainter::DrawCheckBox(Row& row, const CTask& item) const
 
 QString CItemRowPainter::DueText(const CTask& item, COLORREF& color) const
 {
-    if (item.End == NO_DATE) {
-        color = m_dueColors[kUndated];
+    color = m_colors.OfDue(item);
+    if (item.End == NO_DATE)
         return GetString(StrUndated);
-    }
-    const bool overdue = DayNumber(item.End) < GetToday() && !item.Complete;
-    color = m_dueColors[overdue ? kOverdue : kRegular];
     QString date;
     if (m_setup.SingleLine) {
         FormatViewTitle(kTaskDateFormats, g_Settings.TasksView.DateFormat, item.Start, item.End, &date);
@@ -141,6 +136,6 @@ int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CApp
     if (row.Dc)
         DrawRowText(row, item.Subject, text, m_setup.Special, m_setup.FontSubject);
     FillLeadingRect(row, leading, height,
-                    m_setup.LeadingRects == 1 ? PimStore().GetItemColor(item) : StatusColor(kSpecialStatus));
+                    m_setup.LeadingRects == 1 ? PimStore().GetItemColor(item) : m_colors.OfStatus(item));
     return height;
 }

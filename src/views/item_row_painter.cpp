@@ -15,35 +15,8 @@
 
 namespace
 {
-constexpr int kMostIcons = 5;
 constexpr int kIconsOfALine = 2;
 constexpr int kColorSelectedText = 503;
-// By busy status: free, tentative, busy, out of office.
-constexpr int kStatusColorIds[] = {1001, 1003, 1002, 1004};
-constexpr int kDueColorIds[] = {2001, 2002, 2003};
-enum TextColors { kDefaultColor, kCategoryColor, kStatusColor };
-
-struct StatusIcon {
-    int ImageId;
-    bool (*Shows)(const CPimItem& item);
-};
-
-const CAppointment* AsAppointment(const CPimItem& item)
-{
-    return item.GetKind() == kKindAppointment ? static_cast<const CAppointment*>(&item) : nullptr;
-}
-
-// From right to left.
-constexpr StatusIcon kStatusIcons[] = {
-    {PictureReminder, [](const CPimItem& item) { return item.ReminderSet; }},
-    {PicturePrivate, [](const CPimItem& item) { return item.IsPrivate(); }},
-    {PictureRecurring, [](const CPimItem& item) { return item.IsRecurring(); }},
-    {PictureNote, [](const CPimItem& item) { return item.HasNote; }},
-    {PictureAttendees,
-     [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->HasAttendees; }},
-    {PictureConflict,
-     [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->Conflict; }},
-};
 } // namespace
 
 CItemRowPainter::CItemRowPainter() : m_measures(std::make_unique<Measures>()) {}
@@ -56,31 +29,13 @@ void CItemRowPainter::InitRowPainter(const CRowPainterSetup& setup)
     m_measures = std::make_unique<Measures>();
     m_textHeight = LineHeight(g_ImageStore.Font(setup.FontText));
     m_subjectHeight = LineHeight(g_ImageStore.Font(setup.FontSubject));
-    for (int n = 0; n < 4; ++n)
-        m_statusColors[n] = g_Settings.ResolveColor(kStatusColorIds[n]);
-    for (int n = 0; n < 3; ++n)
-        m_dueColors[n] = g_Settings.ResolveColor(kDueColorIds[n]);
+    m_colors.Fetch();
     m_colorSelectedText = g_Settings.ResolveColor(kColorSelectedText);
     m_timeColumnWidth = 0;
     if (setup.SingleLine) {
         const QString widest(setup.OnlyStartTime ? 9 : 13, u'0');
         m_timeColumnWidth = MeasureLineWidth(widest, setup.FontText) + S(4) + (setup.LeadingRects ? S(6) : 0);
     }
-}
-
-COLORREF CItemRowPainter::StatusColor(int busyStatus) const
-{
-    return busyStatus >= 0 && busyStatus < 4 ? m_statusColors[busyStatus] : kColorNotSet;
-}
-
-COLORREF CItemRowPainter::SubjectColor(const CAppointment& item) const
-{
-    COLORREF color = kColorNotSet;
-    if (g_Settings.General.TextColorsToUse == kCategoryColor)
-        color = PimStore().GetItemColor(item);
-    else if (g_Settings.General.TextColorsToUse == kStatusColor)
-        color = StatusColor(item.BusyStatus);
-    return color == kColorNotSet ? m_setup.Subject : color;
 }
 
 // ---- parts of a row
@@ -120,9 +75,9 @@ CRowIcons CItemRowPainter::LayOutStatusIcons(const CPimItem& item, int x, int y,
     CRowIcons result;
     result.Bottom = y;
     int at = x;
-    for (const StatusIcon& icon : kStatusIcons) {
+    for (const StatusPicture& icon : kStatusPictures) {
         const CAlphaImage& image = g_ImageStore.Image(icon.ImageId);
-        if (!image.IsValid() || !icon.Shows(item) || int(result.Icons.size()) == kMostIcons)
+        if (!image.IsValid() || !icon.Shows(item) || int(result.Icons.size()) == kMostItemIcons)
             continue;
         if (!m_setup.SingleLine && result.Icons.size() == kIconsOfALine) {
             at = x;
@@ -194,7 +149,7 @@ int CItemRowPainter::PaintAppointmentRow(QPainter* dc, const QRect& rect, const 
     if (m_setup.LeadingRects == 1)
         FillLeadingRect(row, leading, height, PimStore().GetItemColor(item));
     else if (m_setup.LeadingRects)
-        FillLeadingRect(row, leading, height, StatusColor(item.BusyStatus));
+        FillLeadingRect(row, leading, height, m_colors.OfStatus(item));
     return height;
 }
 
@@ -205,7 +160,7 @@ int CItemRowPainter::PaintAppointmentLines(Row& row, const CAppointment& item, i
     row.Rest.setWidth(row.Rest.width() - std::max(2 * row.IconColumn + S(2), icons.Width - S(1)));
     const int font = item.Past ? m_setup.FontSubjectPast : m_setup.FontSubject;
     const auto moveDown = [&row](int height) { row.Rest.moveTop(row.Rest.y() + height); };
-    moveDown(DrawRowText(row, item.Subject, row.Rest, SubjectColor(item), font));
+    moveDown(DrawRowText(row, item.Subject, row.Rest, m_colors.OfText(item, m_setup.Subject), font));
     if (includeLocation)
         moveDown(DrawRowText(row, item.Location, row.Rest, m_setup.Location, m_setup.FontText));
     moveDown(DrawTimeText(row, item, day));
@@ -228,7 +183,7 @@ int CItemRowPainter::PaintAppointmentLine(Row& row, const CAppointment& item, in
     DrawStatusIcons(row, icons);
     row.Rest.setWidth(row.Rest.width() - icons.Width);
     const int font = item.Past ? m_setup.FontSubjectPast : m_setup.FontSubject;
-    DrawRowText(row, item.Subject, row.Rest, SubjectColor(item), font);
+    DrawRowText(row, item.Subject, row.Rest, m_colors.OfText(item, m_setup.Subject), font);
     if (row.Dc && includeLocation && !item.Location.isEmpty()) {
         const int used = item.Subject.isEmpty() ? 0 : MeasureLineWidth(item.Subject, font) + S(3);
         const QRect behind = row.Rest.adjusted(used, S(1), 0, S(1));

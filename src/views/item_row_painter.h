@@ -5,6 +5,7 @@
 #pragma once
 #include "pim/items.h"
 #include "util/color.h"
+#include "views/item_looks.h"
 
 #include <QRect>
 #include <QString>
@@ -50,8 +51,8 @@ public:
                      QRect* checkBox = nullptr);
     int PaintSpecialRow(QPainter* dc, const QRect& rect, const CAppointment& item, bool selected);
 
+    COLORREF StatusColor(int busyStatus) const { return m_colors.OfStatus(busyStatus); }
     int TimeColumnWidth() const { return m_timeColumnWidth; }
-    COLORREF StatusColor(int busyStatus) const; // kColorNotSet for any other status
     // The icons of an item from x leftwards, at most five; two in a line, but for the last, with
     // several lines.
     CRowIcons LayOutStatusIcons(const CPimItem& item, int x, int y, int lineHeight) const;
@@ -76,13 +77,11 @@ private:
     QString DueText(const CTask& item, COLORREF& color) const;
     QRect TakeLeadingRect(Row& row) const;
     void FillLeadingRect(const Row& row, QRect rect, int height, COLORREF color) const;
-    COLORREF SubjectColor(const CAppointment& item) const;
 
     CRowPainterSetup m_setup;
     int m_timeColumnWidth = 0;
     int m_textHeight = 0, m_subjectHeight = 0; // one line in those fonts
-    COLORREF m_statusColors[4] = {};           // free, tentative, busy, out of office
-    COLORREF m_dueColors[3] = {};              // regular, overdue, undated
+    CItemColors m_colors;
     COLORREF m_colorSelectedText = 0;
 
     struct Measures;
