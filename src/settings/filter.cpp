@@ -30,6 +30,13 @@ QString NamesOf(const std::set<qint32>& numbers, const ICategoryNames* names)
     }
     return list.join(QStringLiteral(", "));
 }
+// A field whose end would run into the separator behind it loses that end: the others are safe then.
+QString Field(QString text)
+{
+    while ((text + kSeparator).indexOf(kSeparator) < text.size())
+        text.chop(1);
+    return text;
+}
 } // namespace
 
 bool CFilter::IsActive() const
@@ -75,6 +82,7 @@ QString CFilter::ToText(const ICategoryNames* names) const
 {
     const QString include = m_includeText.isEmpty() ? NamesOf(IncludeIds, names) : m_includeText;
     const QString exclude = m_excludeText.isEmpty() ? NamesOf(ExcludeIds, names) : m_excludeText;
-    return QStringList{Name, QString::number(IncludeMode), include, QString::number(ExcludeMode), exclude}
+    return QStringList{Field(Name), QString::number(IncludeMode), Field(include), QString::number(ExcludeMode),
+                       Field(exclude)}
         .join(kSeparator);
 }

@@ -243,6 +243,12 @@ TEST_F(CSettingsTest, FilterStates)
     EXPECT_EQ(filter.Name, "kept");
     filter.FromText("", nullptr);
     EXPECT_EQ(filter.Name, "kept");
+
+    filter.Name = "odd@@!@"; // would run into the separator
+    CFilter read;
+    read.FromText(filter.ToText(nullptr), nullptr);
+    EXPECT_EQ(read.Name, "odd");
+    EXPECT_FALSE(read.IsActive());
 }
 
 TEST_F(CSettingsTest, CompletedCutoff)
