@@ -1,0 +1,8 @@
+// The digit keys that mean the same in all calendar views.
+#pragma once
+
+int SameDateInYear(int day, int years); // 29 February becomes the 28th
+// Where "1" and "3", a month, and "4" and "6", a year back and ahead, lead from `day`; 0 for other keys.
+int DayOfDateKey(int key, int day);
+// Whether dates can tell the day and the weeks around it.
+bool IsShowableDay(int day);
