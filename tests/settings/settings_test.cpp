@@ -247,7 +247,7 @@ TEST_F(CSettingsTest, FilterStates)
     filter.Name = "odd@@!@"; // would run into the separator
     CFilter read;
     read.FromText(filter.ToText(nullptr), nullptr);
-    EXPECT_EQ(read.Name, "odd");
+    EXPECT_EQ(read.Name, "odd@@");
     EXPECT_FALSE(read.IsActive());
 }
 
