@@ -1,7 +1,7 @@
 // What the store writes of appointments, all of it through the object model. The change comes back
 // to the cache by its notice.
+#include "pim/item_recurrence.h"
 #include "pim/pim_store_private.h"
-
 #include "records/property_numbers.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
@@ -58,15 +58,15 @@ void PutTimes(IAppointment& target, const CAppointment& item)
     target.put_AllDayEvent(item.AllDay);
 }
 
-void PutRecurrence(IAppointment& target, const CAppointment& item)
+void PutSeries(IAppointment& target, const std::optional<CStoredRecurrence>& stored,
+               const CRecurrenceWish& wish, DATE end)
 {
-    if (item.IsRecurring()) {
+    if (wish.Recurring && wish.Preset != kPresetNone) {
         IRecurrencePattern* pattern = target.GetRecurrencePattern();
-        pattern->put_StartTime(item.Start);
-        pattern->put_EndTime(item.End);
-    } else if (target.get_IsRecurring()) {
-        target.ClearRecurrencePattern();
+        pattern->put_StartTime(wish.Start);
+        pattern->put_EndTime(end);
     }
+    PutRecurrence(target, stored, wish);
 }
 
 void PutNote(IAppointment& target, const QString& note, bool isNew)
@@ -136,8 +136,10 @@ std::unique_ptr<IAppointment> CPimStore::GetEditTarget(IPOutlookApp& app, quint3
 }
 
 bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note,
-                                bool onlyOccurrence, const std::vector<CAttendee>* attendees,
-                                int occurrenceDay, IWriterQuestions* questions)
+                                int presetIndex, bool onlyOccurrence,
+                                const CRecurrencePatternData* customPattern,
+                                const std::vector<CAttendee>* attendees, int occurrenceDay,
+                                IWriterQuestions* questions)
 {
     if (!app)
         return false;
@@ -146,6 +148,9 @@ bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, con
         Tell(questions, StringId::StrSaveFailed, StringId::StrSaveFailedCaption);
         return false;
     }
+    std::optional<CStoredRecurrence> stored;
+    if (!onlyOccurrence)
+        stored = ReadStoredRecurrence(*target, target->get_Start());
     target->put_Subject(item.Subject);
     target->put_Location(item.Location);
     PutTimes(*target, item);
@@ -157,7 +162,7 @@ bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, con
     target->put_BusyStatus(item.BusyStatus);
     PutNote(*target, note, item.ItemId == 0);
     if (!onlyOccurrence)
-        PutRecurrence(*target, item);
+        PutSeries(*target, stored, {item.IsRecurring(), presetIndex, customPattern, item.Start}, item.End);
     target->put_Categories(d->Categories.GetNamesText(item.Categories));
     if (attendees)
         PutAttendees(*target, *attendees);

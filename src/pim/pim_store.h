@@ -7,6 +7,7 @@
 #include "pim/category_store.h"
 #include "pim/contact_list.h"
 #include "pim/day_items.h"
+#include "pim/recurrence_presets.h"
 #include "pim/task_list.h"
 #include "pim/view_mask.h"
 #include "platform/property_volume.h"
@@ -90,9 +91,22 @@ public:
                                                 IWriterQuestions* questions, bool* onlyOccurrence = nullptr);
     // An item identifier of 0 makes a new one. `attendees` null leaves them alone. False when nothing
     // was saved; the user has then been told.
-    bool SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note,
-                         bool onlyOccurrence, const std::vector<CAttendee>* attendees, int occurrenceDay,
+    // A whole item repeats when its flag and `presetIndex` both say so, else its pattern goes.
+    // `customPattern` counts with kPresetCustom. A pattern is written only when it is another than
+    // the stored one or the start's day was moved; so one that no preset holds survives an edit of
+    // the rest. Under a custom pattern whose own start was left alone, a moved start moves it.
+    // An occurrence (`onlyOccurrence`, with its original day) ignores pattern, reminder, privacy.
+    bool SaveAppointment(IPOutlookApp* app, const CAppointment& item, const QString& note, int presetIndex,
+                         bool onlyOccurrence, const CRecurrencePatternData* customPattern,
+                         const std::vector<CAttendee>* attendees, int occurrenceDay,
                          IWriterQuestions* questions);
+    // What the editors show of an item's recurrence; at most one of the two items is given. 0 for
+    // neither, a new one or a plain one, and `data` then stays. Read from the object model anew.
+    // Always true.
+    bool GetPresetIndex(IPOutlookApp* app, const CAppointment* appointment, const CTask* task, int& preset,
+                        CRecurrencePatternData& data);
+    // The sentence of an appointment's or task's recurrence; empty when it has none.
+    QString GetRecurrenceText(quint32 itemId);
     // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
     bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
     bool DuplicateItem(IPOutlookApp& app, quint32 itemId); // an appointment or a task
@@ -103,8 +117,10 @@ public:
 
     // ---- tasks (task_writer.cpp)
     void ReadTaskFromModel(ITask& item, CTask& task);
-    // An item identifier of 0 makes a new one. A recurring task keeps its pattern.
-    bool SaveTask(IPOutlookApp* app, const CTask& task, const QString& note);
+    // An item identifier of 0 makes a new one. The recurrence as of an appointment; its start is the
+    // task's start date, or without one the due date, and of a task with neither today.
+    bool SaveTask(IPOutlookApp* app, const CTask& task, const QString& note, int presetIndex,
+                  const CRecurrencePatternData* customPattern);
     // A series asks whether all of it goes or its present date alone; without `questions` the date.
     bool DeleteTask(IPOutlookApp& app, quint32 itemId, IWriterQuestions* questions);
     // Completes an active task or activates a complete one; its reminder goes.

@@ -1,7 +1,7 @@
 // What the store writes of tasks, all of it through the object model.
-#include "pim/pim_store_private.h"
-
 #include "pim/filter_match.h"
+#include "pim/item_recurrence.h"
+#include "pim/pim_store_private.h"
 #include "settings/settings.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
@@ -29,7 +29,8 @@ void CPimStore::ReadTaskFromModel(ITask& item, CTask& task)
     task.Visible = MatchesFilter(g_Settings.GetActiveFilter(), task.Categories);
 }
 
-bool CPimStore::SaveTask(IPOutlookApp* app, const CTask& task, const QString& note)
+bool CPimStore::SaveTask(IPOutlookApp* app, const CTask& task, const QString& note, int presetIndex,
+                         const CRecurrencePatternData* customPattern)
 {
     if (!app)
         return false;
@@ -38,6 +39,8 @@ bool CPimStore::SaveTask(IPOutlookApp* app, const CTask& task, const QString& no
         target = app->CreateTask();
     else if (!app->GetTaskFromOid(task.ItemId, target))
         return false;
+    const auto dateOf = [](DATE start, DATE due) { return start != NO_DATE ? start : due; };
+    const auto stored = ReadStoredRecurrence(*target, dateOf(target->get_StartDate(), target->get_DueDate()));
     target->put_Subject(task.Subject);
     target->put_StartDate(task.Start);
     target->put_DueDate(task.End);
@@ -46,8 +49,8 @@ bool CPimStore::SaveTask(IPOutlookApp* app, const CTask& task, const QString& no
         target->put_ReminderTime(task.ReminderTime);
     target->put_Sensitivity(task.IsPrivate() ? 2 : 0);
     target->put_Importance(task.Priority);
-    if (!task.IsRecurring() && target->get_IsRecurring())
-        target->ClearRecurrencePattern();
+    PutRecurrence(*target, stored,
+                  {task.IsRecurring(), presetIndex, customPattern, dateOf(task.Start, task.End)});
     target->put_Complete(task.Complete);
     target->put_Categories(d->Categories.GetNamesText(task.Categories));
     if (!note.isEmpty() || !target->get_Body().isEmpty())

@@ -72,3 +72,25 @@ QString GetString(int id)
     }
     return EnglishOf(id);
 }
+
+QString FillText(const QString& format, const QStringList& texts)
+{
+    QString filled;
+    qsizetype next = 0;
+    for (qsizetype i = 0; i < format.size(); ++i) {
+        qsizetype at = i + 1;
+        qsizetype number = -1;
+        if (format[i] == u'%' && at + 1 < format.size() && format[at] >= u'1' && format[at] <= u'9' &&
+            format[at + 1] == u'$') {
+            number = format[at].unicode() - u'1';
+            at += 2;
+        }
+        if (format[i] != u'%' || at >= format.size() || (format[at] != u'd' && format[at] != u's')) {
+            filled += format[i];
+            continue;
+        }
+        filled += texts.value(number >= 0 ? number : next++);
+        i = at;
+    }
+    return filled;
+}

@@ -54,7 +54,7 @@ protected:
     }
     bool Save(const CAppointment& item, const QString& note = {}, bool only = false, int day = 0)
     {
-        return m_store.SaveAppointment(m_app.get(), item, note, only, nullptr, day, &m_user);
+        return m_store.SaveAppointment(m_app.get(), item, note, kPresetKept, only, nullptr, nullptr, day, &m_user);
     }
 
     std::unique_ptr<IPOutlookApp> m_app;
@@ -177,7 +177,7 @@ TEST_F(AppointmentWriter, WhatIsNotThereIsTold)
     EXPECT_EQ(m_user.Told,
               QStringList{"Saving problem: Problem saving appointment information to databases; Please "
                           "contact ZELV support to report this problem."});
-    EXPECT_FALSE(m_store.SaveAppointment(nullptr, item, {}, false, nullptr, 0, &m_user));
+    EXPECT_FALSE(m_store.SaveAppointment(nullptr, item, {}, 0, false, nullptr, nullptr, 0, &m_user));
     EXPECT_FALSE(m_store.DeleteAppointment(*m_app, item.ItemId, 0, &m_user));
     EXPECT_FALSE(m_store.DuplicateItem(*m_app, item.ItemId));
     m_user.Told.clear();
@@ -241,14 +241,14 @@ TEST_F(AppointmentWriter, AttendeesAreReplacedAndTheirNamesJoined)
 {
     const std::vector<CAttendee> first = {{"Ann", "ann@example.org"}, {"Bob", "bob@example.org"}};
     const CAppointment item = New("Meeting", "2026-03-10 10:00", "2026-03-10 11:00");
-    ASSERT_TRUE(m_store.SaveAppointment(m_app.get(), item, {}, false, &first, 0, &m_user));
+    ASSERT_TRUE(m_store.SaveAppointment(m_app.get(), item, {}, 0, false, nullptr, &first, 0, &m_user));
     CAppointment saved = *OnDay("2026-03-10");
     EXPECT_TRUE(saved.HasAttendees);
     QString note, attendees;
     m_store.GetItemTexts(saved.ItemId, 0, 0, kKindAppointment, note, attendees);
     EXPECT_EQ(attendees, "Ann; Bob");
     const std::vector<CAttendee> second = {{"Cid", "cid@example.org"}};
-    ASSERT_TRUE(m_store.SaveAppointment(m_app.get(), saved, {}, false, &second, 0, &m_user));
+    ASSERT_TRUE(m_store.SaveAppointment(m_app.get(), saved, {}, 0, false, nullptr, &second, 0, &m_user));
     std::vector<CAttendee> read;
     ASSERT_TRUE(m_store.ReadAttendees(saved.ItemId, read));
     EXPECT_EQ(read, second);

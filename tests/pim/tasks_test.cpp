@@ -308,8 +308,8 @@ TEST_F(TaskTest, TogglingClearsTheReminderAndMovesASeries)
     task.ReminderTime = At("2026-03-16 08:00");
     task.Priority = 2;
     LoadDay("2026-03-15");
-    ASSERT_TRUE(m_store.SaveTask(m_app.get(), task, "note"));
-    EXPECT_FALSE(m_store.SaveTask(nullptr, task, "note"));
+    ASSERT_TRUE(m_store.SaveTask(m_app.get(), task, "note", kPresetNone, nullptr));
+    EXPECT_FALSE(m_store.SaveTask(nullptr, task, "note", kPresetNone, nullptr));
     m_store.DrainNotices();
     ASSERT_EQ(TasksOf("2026-03-16"), QStringList{"new"});
     const quint32 id = m_store.FindDay(Day("2026-03-16"))->Tasks[0]->ItemId;
