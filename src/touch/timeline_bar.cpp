@@ -17,6 +17,8 @@ constexpr COLORREF kStripGround = kColorWhite;
 constexpr COLORREF kBracketColor = Rgb(255, 0, 0);
 constexpr int kFontCount = 900;
 constexpr int kColorCount = 503;
+constexpr int kCountPicture = 13, kCountBox = 18; // design pixels
+constexpr int kCountRow = 17;
 
 } // namespace
 
@@ -35,6 +37,21 @@ int CTimelineBar::StripWidth()
 int CTimelineBar::Height()
 {
     return D(15) + 6;
+}
+
+int CTimelineBar::VerticalHeight()
+{
+    return Height() + D(kCountRow);
+}
+
+int CTimelineBar::VerticalWidth()
+{
+    return StripWidth() + 2 * S(3);
+}
+
+int CTimelineBar::Width()
+{
+    return S(3) + StripWidth() + S(6) + S(3) + 2 * (S(kCountPicture) + S(kCountBox)) + S(3);
 }
 
 QRect CTimelineBar::StripRect(int x, int y)
@@ -73,7 +90,7 @@ void CTimelineBar::Paint(QPainter& dc, int x, int y, int width, const CTimelineD
         return;
     const Shown wanted{width, g_ScreenMetrics.Multiple(), m_selectedItem, day};
     if (m_picture.isNull() || !(m_shown == wanted)) {
-        m_picture = QImage(width, Height(), QImage::Format_RGB32);
+        m_picture = QImage(width, OwnHeight(), QImage::Format_RGB32);
         m_shown = wanted;
         QPainter painter(&m_picture);
         PaintPicture(painter, width, day);
@@ -83,15 +100,15 @@ void CTimelineBar::Paint(QPainter& dc, int x, int y, int width, const CTimelineD
 
 void CTimelineBar::PaintPicture(QPainter& dc, int width, const CTimelineDay& day) const
 {
-    const QRect bar(0, 0, width, Height());
-    const QRect strip = StripRect(0, 0);
+    const QRect bar(0, 0, width, OwnHeight());
+    const QRect strip = StripRect(m_vertical ? std::max(0, (width - VerticalWidth()) / 2) : 0, 0);
     PaintBackground(dc, bar);
     PaintStrip(dc, strip, day);
     int first, last;
     FindRun(day, m_selectedItem, first, last);
     if (first >= 0)
         PaintBracket(dc, strip, first, last);
-    PaintCounts(dc, bar, strip.x() + strip.width(), day);
+    PaintCounts(dc, bar, strip, day);
 }
 
 void CTimelineBar::PaintBackground(QPainter& dc, const QRect& bar) const
@@ -136,9 +153,17 @@ void CTimelineBar::PaintBracket(QPainter& dc, const QRect& strip, int first, int
     bracket(bottom + 1, bottom + 1 + tall - pen);
 }
 
-void CTimelineBar::PaintCounts(QPainter& dc, const QRect& bar, int x, const CTimelineDay& day) const
+void CTimelineBar::PaintCounts(QPainter& dc, const QRect& bar, const QRect& strip,
+                               const CTimelineDay& day) const
 {
-    x = PaintCount(dc, bar, x + S(6), PictureAppointmentCount, day.AppointmentCount);
+    if (m_vertical) {
+        const QRect row(bar.x(), bar.y() + Height() - D(2), bar.width(), D(kCountRow));
+        PaintCount(dc, row, strip.x() + D(3), PictureAppointmentCount, day.AppointmentCount);
+        PaintCount(dc, row, strip.x() + strip.width() / 2 + D(3), PictureTaskCount, day.TaskCount);
+        return;
+    }
+    const int x =
+        PaintCount(dc, bar, strip.x() + strip.width() + S(6), PictureAppointmentCount, day.AppointmentCount);
     PaintCount(dc, bar, x + S(3), PictureTaskCount, day.TaskCount);
 }
 
@@ -151,7 +176,7 @@ int CTimelineBar::PaintCount(QPainter& dc, const QRect& bar, int x, int imageId,
     const QFont& font = g_ImageStore.Font(kFontCount);
     const QString text = QString::number(count);
     // A day of a thousand items needs more room than the box usually has.
-    const QRect box(x, bar.y(), std::max(S(18), TextWidth(font, text) + S(4)), bar.height());
+    const QRect box(x, bar.y(), std::max(S(kCountBox), TextWidth(font, text) + S(4)), bar.height());
     dc.setFont(font);
     dc.setPen(ToQColor(g_Settings.ResolveColor(kColorCount)));
     DrawText(dc, text, box, kTextCentre | kTextVCentre | kTextSingleLine);

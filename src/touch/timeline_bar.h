@@ -1,4 +1,5 @@
 // The bar that shows how one day's appointments lie over its hours, with two counts.
+// Shape: the counts stand behind the strip of hours, or, in a bar that is too narrow for that, below it.
 // Units: surface pixels.
 // Ownership: holds copies only; told of a day and of the selected item by its owner.
 #pragma once
@@ -34,13 +35,20 @@ struct CTimelineColors {
 class CTimelineBar
 {
 public:
-    explicit CTimelineBar(const CTimelineColors& colors) : m_colors(colors) {}
+    explicit CTimelineBar(const CTimelineColors& colors, bool vertical = false)
+        : m_colors(colors), m_vertical(vertical)
+    {
+    }
 
     static int StripHeight();
     static int StripWidth();
     static int Height();                  // of the bar
+    static int VerticalHeight();          // with the counts below the strip
+    static int VerticalWidth();           // the least that such a bar needs
+    static int Width();                   // the least that counts behind the strip need
     static QRect StripRect(int x, int y); // from the bar's top left
     static QRect InnerRect(const QRect& strip);
+    int OwnHeight() const { return m_vertical ? VerticalHeight() : Height(); }
     static QRect CellRect(const QRect& strip, int hour); // 0..23; they tile the inner area
     // First and last hour of the item, first -1 when it occurs in none.
     static void FindRun(const CTimelineDay& day, quint32 itemId, int& first, int& last);
@@ -60,10 +68,11 @@ private:
     void PaintBackground(QPainter& dc, const QRect& bar) const;
     void PaintStrip(QPainter& dc, const QRect& strip, const CTimelineDay& day) const;
     void PaintBracket(QPainter& dc, const QRect& strip, int first, int last) const;
-    void PaintCounts(QPainter& dc, const QRect& bar, int x, const CTimelineDay& day) const;
+    void PaintCounts(QPainter& dc, const QRect& bar, const QRect& strip, const CTimelineDay& day) const;
     static int PaintCount(QPainter& dc, const QRect& bar, int x, int imageId, int count);
 
     CTimelineColors m_colors;
+    bool m_vertical;
     quint32 m_selectedItem = 0;
     Shown m_shown;
     QImage m_picture; // of what m_shown says
