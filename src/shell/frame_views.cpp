@@ -12,6 +12,7 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 #include "views/daily_view.h"
+#include "views/monthly_view.h"
 
 namespace
 {
@@ -25,6 +26,7 @@ constexpr struct {
     std::unique_ptr<CCalendarView> (*Make)(IViewHost&, QWidget*);
 } kViewMakers[] = {
     {kViewDaily, MakeView<CDailyView>},
+    {kViewMonthly, MakeView<CMonthlyView>},
 };
 
 bool HasView(int kind)
