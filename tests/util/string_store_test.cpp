@@ -1,11 +1,10 @@
 #include "util/string_store.h"
 
+#include "util/catalogue.h"
 #include "util/string_ids.h"
 
 #include <QDir>
 #include <QFile>
-#include <QLibraryInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -37,21 +36,9 @@ class CStringStoreTest : public ::testing::Test
 protected:
     void TearDown() override { LoadLanguageLibrary(QString(), QString(), QString()); }
 
-    // A catalogue of the given texts; the standard tools make it from the same source as the program's.
     bool MakeCatalogue(const QString& path, const std::map<int, QString>& texts)
     {
-        QString source = "<?xml version=\"1.0\"?><!DOCTYPE TS><TS version=\"2.1\"><context><name></name>";
-        for (const auto& [number, text] : texts)
-            source += QString("<message id=\"%1\"><source/><translation>%2</translation></message>")
-                          .arg(number)
-                          .arg(text);
-        QFile file(m_folder.filePath("source.ts"));
-        QDir().mkpath(QFileInfo(path).path());
-        if (!file.open(QIODevice::WriteOnly) || file.write((source + "</context></TS>").toUtf8()) < 0)
-            return false;
-        file.close();
-        return QProcess::execute(QLibraryInfo::path(QLibraryInfo::BinariesPath) + "/lrelease",
-                                 {"-silent", "-idbased", file.fileName(), "-qm", path}) == 0;
+        return ::MakeCatalogue(m_folder.filePath("source.ts"), path, texts);
     }
 
     QTemporaryDir m_folder;
@@ -114,4 +101,24 @@ TEST_F(CStringStoreTest, LanguageLibraries)
     broken.close();
     LoadLanguageLibrary(m_install, m_share, "de_DE"); // then the locale's
     EXPECT_EQ(GetString(StrSubject), "Betreff");
+}
+
+TEST_F(CStringStoreTest, FillsItsPlacesInOrderOrByNumber)
+{
+    struct Case {
+        const char* Format;
+        QStringList Texts;
+        const char* Filled;
+    };
+    const Case cases[] = {
+        {"Day %d of every %d month(s) effective %s",
+         {"3", "2", "%s"},
+         "Day 3 of every 2 month(s) effective %s"},
+        {"am %2$d. %1$s, %3$s", {"July", "4", "x"}, "am 4. July, x"},
+        {"%s and %s", {"one"}, "one and "},
+        {"100% %x %1$ %", {"one"}, "100% %x %1$ %"},
+        {"%0$s%9$s", {"one"}, "%0$s"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(FillText(c.Format, c.Texts), c.Filled) << c.Format;
 }
