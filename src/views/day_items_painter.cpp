@@ -37,6 +37,20 @@ template <class Visit> void ForEachItem(const CDayItems& day, bool includeTasks,
             visit(*task);
     }
 }
+// From and to, shorter where the line is, at last the start alone.
+QString TimeThatFits(const CAppointment& item, int day, const QFont& font, int width)
+{
+    constexpr struct {
+        bool Compact, OnlyStart;
+    } kForms[] = {{false, false}, {true, false}, {false, true}, {true, true}};
+    QString text;
+    for (const auto& form : kForms) {
+        text = FormatTimeRange(item.Start, item.End, day, form.Compact, form.OnlyStart, item.EndsPreviousDay);
+        if (TextWidth(font, text) <= width)
+            break;
+    }
+    return text;
+}
 } // namespace
 
 struct CDayItemsPainter::Line {
@@ -185,8 +199,7 @@ void CDayItemsPainter::PaintAppointment(Line& line, const CAppointment& item) co
         line.LeadingPicture(PictureSmallAllDay, D(2));
     if (m_look.TwoLines) {
         if (!item.AllDay)
-            line.Text(FormatTimeRange(item.Start, item.End, line.Day, true, false, item.EndsPreviousDay),
-                      line.Rest);
+            line.Text(TimeThatFits(item, line.Day, line.Dc.font(), line.Rest.width()), line.Rest);
         line.Text(item.Subject, line.Second);
         return;
     }
