@@ -3,6 +3,7 @@
 #include "pim/pim_store.h"
 #include "settings/settings.h"
 #include "settings/title_formats.h"
+#include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/touch_navigator.h"
 #include "touch/virtual_keys.h"
@@ -11,6 +12,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWheelEvent>
 
 namespace
@@ -96,6 +98,17 @@ CItemIdentity CCalendarView::SelectedIdentity() const
 int CCalendarView::SelectedDay() const
 {
     return m_selected ? m_selected->m_date : 0;
+}
+
+void CCalendarView::RunMenu(CTouchMenu& menu)
+{
+    if (menu.GetRowCount() == 0)
+        return; // special events have no menu
+    const CItemIdentity chosenFor = SelectedIdentity();
+    const QPointer<QWidget> alive(this);
+    const int command = menu.Run(this);
+    if (alive && command != CmdNone && SelectedIdentity().IsSameItem(chosenFor))
+        m_host.SendCommand(command);
 }
 
 void CCalendarView::SetTitle(const QString& title)

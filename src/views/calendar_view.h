@@ -76,6 +76,9 @@ protected:
     virtual void OnContextMenu(QPoint) {} // right click; (-1, -1) for the keyboard's menu key
     virtual CTouchNavigator* Navigator() { return nullptr; } // gets the wheel
 
+    // Runs a menu of the selected item, or of the day, and sends the chosen command, unless the item
+    // has gone meanwhile: it was not meant for another. The view may have gone, too, afterwards.
+    void RunMenu(CTouchMenu& menu);
     void SetTitle(const QString& title);
     QSize SurfaceSize() const; // of the client area
 

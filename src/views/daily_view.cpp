@@ -5,11 +5,10 @@
 #include "touch/command_ids.h"
 #include "touch/virtual_keys.h"
 #include "touch/wait_cursor.h"
+#include "views/date_keys.h"
 #include "views/view_menus.h"
 
-#include <QPointer>
 #include <algorithm>
-#include <cstdlib>
 
 namespace
 {
@@ -18,22 +17,10 @@ constexpr int kColorText = 3001, kColorSubject = 3002, kColorLocation = 3003, kC
               kColorSpecial = 3005;
 constexpr int kColorBack = 3006, kColorSelection = 3007, kColorStripBack = 3009, kColorStripBorder = 3010;
 constexpr int kColorSeparator = 3011, kColorBarBack = 3012, kColorBarBorder = 3013;
-constexpr int kStroke = 50;      // design pixels sideways that move a day
 constexpr int kSelectMargin = 8; // design pixels kept visible beyond a row chosen by key
 constexpr int kDaysFromWeekStart = 34;
 constexpr int kNoBar = 0; // of IncludeTimelines
 constexpr int kPastInvisible = 2;
-
-// The same date in another year; 29 February becomes the 28th.
-int SameDateInYear(int day, int years)
-{
-    SystemTime time = SystemTimeOf(day);
-    time.wYear = quint16(time.wYear + years);
-    if (time.wMonth == 2 && time.wDay == 29)
-        time.wDay = 28;
-    const int there = DayNumber(DateOf(time));
-    return there ? there : day; // beyond the last year that a date can tell
-}
 } // namespace
 
 CDailyView::CDailyView(IViewHost& host, QWidget* parent) : CCalendarView(host, parent) {}
@@ -102,7 +89,7 @@ void CDailyView::OnDataChanged(int, quint32, quint32)
 
 void CDailyView::Refresh()
 {
-    m_tapPoint = {-1, -1};
+    m_stroke.End();
     m_hidden = false;
     if (!m_touch.IsTouched())
         m_touch.StopMotion(); // another day's list must not fly on with this one's speed
@@ -212,17 +199,10 @@ void CDailyView::OnContextMenu(QPoint at)
 
 void CDailyView::RunItemMenu()
 {
-    m_tapPoint = {-1, -1};
+    m_stroke.End();
     CTouchMenu menu(m_selected->m_item->Subject);
     AddItemMenuRows(menu, *m_selected->m_item);
-    if (menu.GetRowCount() == 0)
-        return; // special events have no menu
-    const CItemIdentity chosenFor = SelectedIdentity();
-    const QPointer<QWidget> alive(this);
-    const int command = menu.Run(this);
-    // Meanwhile the item may have gone, and the selection with it: the command was not meant for another.
-    if (alive && command != CmdNone && SelectedIdentity().IsSameItem(chosenFor))
-        m_host.SendCommand(command);
+    RunMenu(menu);
 }
 
 bool CDailyView::FillTouchMenu(CTouchMenu& menu)
@@ -239,34 +219,25 @@ bool CDailyView::FillMenu(QMenu& menu)
 
 void CDailyView::OnLButtonDown(QPoint at)
 {
-    m_tapPoint = at;
+    m_stroke.Press(at);
     m_touch.OnLButtonDown(at.x(), at.y());
 }
 
 void CDailyView::OnMouseMove(QPoint at)
 {
-    if (!StrokeSideways(at))
+    const int stroke = m_stroke.Move(at);
+    if (stroke == 0) {
         m_touch.OnMouseMove(at.x(), at.y());
+        return;
+    }
+    m_touch.CancelTouch();
+    MoveDate(CSidewaysStroke::DateStep(stroke));
 }
 
 void CDailyView::OnLButtonUp(QPoint at)
 {
-    m_tapPoint = {-1, -1};
+    m_stroke.End();
     m_touch.OnLButtonUp(at.x(), at.y());
-}
-
-// A stroke to the left brings the next day, like turning a page. A thumb's arc while it scrolls
-// is none: it goes up or down as far as sideways.
-bool CDailyView::StrokeSideways(QPoint at)
-{
-    const QPoint way = at - m_tapPoint;
-    if (m_tapPoint.x() < 0 || std::abs(way.x()) < D(kStroke) || std::abs(way.x()) <= 2 * std::abs(way.y()))
-        return false;
-    m_tapPoint = {-1, -1};
-    m_touch.CancelTouch();
-    const bool forward = (way.x() < 0) != (g_Settings.General.TouchNavInvert == 1);
-    MoveDate(forward ? 1 : -1);
-    return true;
 }
 
 bool CDailyView::OnKey(int key)
@@ -284,16 +255,13 @@ bool CDailyView::OnKey(int key)
         SelectNeighbour(1);
         return true;
     case '1':
-        return GoToDay(GetSameDayPrevMonth(day));
+    case '3':
+    case '4':
+    case '6':
+        return GoToDay(DayOfDateKey(key, day));
     case '2':
         GoToToday();
         return true;
-    case '3':
-        return GoToDay(GetSameDayNextMonth(day));
-    case '4':
-        return GoToDay(SameDateInYear(day, -1));
-    case '6':
-        return GoToDay(SameDateInYear(day, 1));
     case '9':
         m_host.SendCommand(CmdToggleTask);
         return true;

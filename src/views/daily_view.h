@@ -6,6 +6,7 @@
 #include "touch/touch_navigator.h"
 #include "views/calendar_view.h"
 #include "views/row_bitmap_cache.h"
+#include "views/sideways_stroke.h"
 
 #include <memory>
 
@@ -71,7 +72,6 @@ private:
 
     bool GoToDay(int day);
     void SelectNeighbour(int direction);
-    bool StrokeSideways(QPoint at);
     bool HitsCheckBox(const CPaintingOrderItem& row, QPoint at) const;
     void RunItemMenu();
 
@@ -82,7 +82,7 @@ private:
     bool m_hidden = false; // another view is in front and may let our items go from the cache
     CTouchNavigator m_touch;
     CRowBitmapCache m_rowCache;
-    QPoint m_tapPoint{-1, -1}; // last press, for the sideways stroke
+    CSidewaysStroke m_stroke;
     int m_rowWidth = 0;        // the rows' places are for this width
     int m_contentHeight = 0;
     COLORREF m_colorText = 0, m_colorBack = 0, m_colorSelection = 0, m_colorSeparator = 0;

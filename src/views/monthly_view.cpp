@@ -12,7 +12,6 @@
 #include "views/view_menus.h"
 
 #include <QKeyEvent>
-#include <QPointer>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -286,7 +285,7 @@ void CMonthlyView::OnTap(quint32, int x, int y)
     if (inBox)
         m_host.SendCommand(CmdToggleTask);
     else
-        RunMenu();
+        OpenMenu();
 }
 
 void CMonthlyView::OnContextMenu(QPoint at)
@@ -300,10 +299,10 @@ void CMonthlyView::OnContextMenu(QPoint at)
     } else if (const int day = m_grid.IsPoppedOut(at) ? CursorDay() : m_grid.DayAt(at)) {
         SelectDay(day);
     }
-    RunMenu();
+    OpenMenu();
 }
 
-void CMonthlyView::RunMenu()
+void CMonthlyView::OpenMenu()
 {
     m_stroke.End();
     CTouchMenu menu(m_selected ? m_selected->m_item->Subject : GetCursorDateText());
@@ -311,14 +310,7 @@ void CMonthlyView::RunMenu()
         AddItemMenuRows(menu, *m_selected->m_item);
     else
         AddViewMenuRows(menu, nullptr);
-    if (menu.GetRowCount() == 0)
-        return; // special events have no menu
-    const CItemIdentity chosenFor = SelectedIdentity();
-    const QPointer<QWidget> alive(this);
-    const int command = menu.Run(this);
-    // Meanwhile the item may have gone, and the selection with it: the command was not meant for another.
-    if (alive && command != CmdNone && SelectedIdentity().IsSameItem(chosenFor))
-        m_host.SendCommand(command);
+    RunMenu(menu);
 }
 
 bool CMonthlyView::FillTouchMenu(CTouchMenu& menu)

@@ -71,7 +71,7 @@ private:
     void SelectDay(int day); // the grid stays while the day stands on it
     void GoToDate(int day);  // the grid shows the day's month
     void ChangeMonth(int direction);
-    void RunMenu(); // of the selected row, or without one of the day
+    void OpenMenu(); // of the selected row, or without one of the day
 
     CMonthGrid m_grid;
     QuickListMode m_quickList = kQuickListNone;
