@@ -57,6 +57,11 @@ SystemTime ToMinutes(FileTime time)
     return broken;
 }
 
+int DurationOf(const std::vector<CEPROPVAL>& rows)
+{
+    return rows[kDuration].Found() ? int(std::clamp<qint64>(rows[kDuration].Number, 0, kMaxDuration)) : 0;
+}
+
 bool Touches(const CAppointment& item, int firstDay, int lastDay)
 {
     return std::max(DayNumber(item.End), DayNumber(item.Start)) >= firstDay &&
@@ -149,9 +154,23 @@ void CAppointmentReader::ReadDates(const std::vector<CEPROPVAL>& rows, CAppointm
         CorrectToDaylightOfDate(m_daylightNow, m_zone, start);
     item.Start = DateOf(start);
     // By the calendar, on local time: a change of the clocks within leaves the wall time alone.
-    const qint64 minutes =
-        rows[kDuration].Found() ? std::clamp<qint64>(rows[kDuration].Number, 0, kMaxDuration) : 0;
-    item.End = ShiftedByMinutes(item.Start, int(minutes));
+    item.End = ShiftedByMinutes(item.Start, DurationOf(rows));
+}
+
+void CAppointmentReader::TakeRecordDates(CAppointment& item, const CRecurrencePattern& pattern) const
+{
+    if (item.Recurrence == 0 || !m_rows[kStart].Found())
+        return;
+    const bool ownDay = item.AllDay && pattern.PatternStart != NO_DATE; // in every zone the same
+    item.Start = ownDay ? DayNumber(pattern.PatternStart)
+                        : ShiftedByMinutes(UtcToLocal(DateOfFileTime(m_storedStart), m_zone), 0);
+    item.End = ShiftedByMinutes(item.Start, DurationOf(m_rows));
+    const int first = DayNumber(pattern.PatternStart);
+    const bool stands = std::none_of(pattern.Exceptions.begin(), pattern.Exceptions.end(), [&](const auto& x) {
+        return x.Deleted && x.OriginalDay == first;
+    });
+    item.OriginalDay = stands && pattern.PatternStart != NO_DATE ? first : 0;
+    item.OriginalStart = item.Start;
 }
 
 void CAppointmentReader::ReadTexts(std::vector<CEPROPVAL>& rows, CAppointment& item) const

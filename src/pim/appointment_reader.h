@@ -33,6 +33,9 @@ public:
     bool ReadAppointment(CAppointment& item, CRecurrencePattern& pattern, CEOID& oid, int firstDay,
                          int lastDay);
     FileTime StoredStart() const { return m_storedStart; } // of the record read last
+    // Gives a series just read the dates of its record, which are those of its first occurrence; one
+    // that was deleted has no original day.
+    void TakeRecordDates(CAppointment& item, const CRecurrencePattern& pattern) const;
 
     // True while there is another instance of `item` in the range; call in a loop with the same
     // item. `item` then holds the instance, or `override` does when the occurrence was changed.

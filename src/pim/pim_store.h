@@ -27,6 +27,10 @@ public:
     virtual void ShowMessage(const QString& text, const QString& title) = 0;
 };
 
+struct CSearchRequest; // item_search.h
+class ISearchSink;
+enum class FoundState : int;
+
 class CPimStore
 {
 public:
@@ -82,6 +86,13 @@ public:
     // The UID of a record, empty when it has none; quick for records loaded after KeepUids(true).
     QString GetUid(CEOID oid);
     void KeepUids(bool keep);
+
+    // Searches in one go, in slices between which the sink may let a window handle its events
+    // (item_search.h; a CItemSearch does the same by its owner's timer). It ends by the request's
+    // limit, by the sink or with the records.
+    void Search(const CSearchRequest& request, ISearchSink* sink);
+    // Reads a result's record anew after a notice, some 10 us each. Gone: the item stays as it was.
+    FoundState RefreshFound(CPimItem& item);
 
     // ---- writing (appointment_writer.cpp). Occurrences are named by their original day.
 

@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 using CEOID = quint32;
@@ -136,6 +137,13 @@ public:
     // All properties of a record, the ones outside the schema too.
     virtual CStatus ReadWholeRecord(const QString& database, CEOID oid, std::vector<CEPROPVAL>& rows) = 0;
     virtual qint64 RecordCount(const QString& database) = 0;
+    // Shows one text of every record without copying it: those after the CEOID `after`, in order of
+    // CEOID, `limit` at most. Records without the text, or without `number` when that is not 0, are
+    // passed over. Both must have a column. Nothing may be read or written while it is shown.
+    // Result: where to go on, 0 at the end.
+    using CTextLook = std::function<void(CEOID oid, std::string_view utf8, qint64 number)>;
+    virtual CEOID ScanTexts(const QString& database, CEPROPID text, CEPROPID number, CEOID after, int limit,
+                            const CTextLook& look) = 0;
 
     // Notices. Sequence numbers rise; those after `after` come in order, `limit` at most.
     virtual qint64 LastChange() = 0;
