@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What agenda, check and backup print, byte for byte where programs read it, and how they end."""
+"""What agenda, search, check and backup print, byte for byte where programs read it, and how they end."""
 import json
 import os
 import sqlite3
@@ -102,10 +102,34 @@ def text_is_readable(home):
     expect(lines[0].startswith("2026-03-10 "), result.stdout)
 
 
+def search_finds_by_subject(home):
+    def found(*arguments):
+        result = home.pim("search", *arguments, "--json")
+        expect(result.returncode == 0, f"search {arguments}: {result}")
+        return [json.loads(line) for line in result.stdout.splitlines()]
+
+    for arguments, subjects in (
+            (["DA"], ["Daily", "Two days"]), (["da", "--starts-with"], ["Daily"]), (["pai"], ["Paint", "Paid"]),
+            (["ai"], ["Paint", "Paid", "Daily", "Fair"]), (["ai", "--type", "tasks"], ["Paint", "Paid"]),
+            (["ai", "--type", "appointments"], ["Daily", "Fair"]), (["ai", "--limit", "3"], ["Paint", "Paid", "Daily"]),
+            (["GRÜSSE"], []), (["GRÜẞE"], ['Quote " back \\ slash \U0001F600 Grüße']), (["Room 1"], [])):
+        rows = found(*arguments)
+        expect([row["subject"] for row in rows] == subjects, f"search {arguments}: {rows}")
+    paint, _, daily, fair = found("ai")
+    expect(list(paint) == KEYS + ["complete", "priority"] and list(daily) == KEYS, "keys in their order")
+    expect((paint["day"], daily["day"], daily["start"], daily["recurrence"], fair["uid"]) ==
+           ("2041-05-06", "2026-03-09", "2026-03-09T08:00", 1, "fair@x"), [paint, daily, fair])
+    expect(home.pim("search", "ai").stdout.splitlines() == [
+        "2041-05-06  to do        Paint", "2041-05-06  done         Paid", "2026-03-09  08:00-08:15  Daily",
+        "2041-05-06  08:00-09:00  Fair"], home.pim("search", "ai").stdout)
+
+
 def wrong_calls_end_with_two(home):
     for arguments in (["agenda", "2026-03-10"], ["agenda", "2026-03-10", "2026-02-30"], ["agenda", "2026-03-11", "2026-03-10"],
                       ["--volume", os.path.join(home.path, "none.vol"), "agenda", "2026-03-10", "2026-03-11"],
                       ["--volume", os.path.join(home.path, "none.vol"), "check"],
+                      ["search"], ["search", ""], ["search", "x", "--limit", "0"], ["search", "x", "--type", "notes"],
+                      ["--volume", os.path.join(home.path, "none.vol"), "search", "x"],
                       ["backup", home.path], ["backup", home.volume]):
         result = home.pim(*arguments)
         expect(result.returncode == 2 and result.stderr and not result.stdout, f"{arguments}: {result}")
@@ -146,6 +170,7 @@ def main():
     zones_and_settings_count(home)
     long_ranges_lose_nothing(home)
     text_is_readable(home)
+    search_finds_by_subject(home)
     wrong_calls_end_with_two(home)
     copies_and_faults(home)
     finish()

@@ -1,6 +1,7 @@
 // tessera-pim agenda: what a range of days holds, as the day cache has it.
 #include "tools/tessera_pim/agenda_json.h"
 #include "tools/tessera_pim/commands.h"
+#include "tools/tessera_pim/item_lines.h"
 
 #include "pim/pim_store.h"
 #include "platform/locale.h"
@@ -21,52 +22,16 @@ int LastDayOfMonth(int day)
     return DayNumber(DateOf(last));
 }
 
-// A text on one line of a terminal, whatever it holds.
-QByteArray OneLine(const QString& text)
-{
-    QString line = text;
-    for (QChar& c : line) {
-        if (c.category() == QChar::Other_Control)
-            c = u' ';
-    }
-    return line.toLocal8Bit();
-}
-
-QByteArray TimeText(DATE date)
-{
-    const SystemTime time = SystemTimeOf(date);
-    char text[16];
-    std::snprintf(text, sizeof text, "%02u:%02u", unsigned(time.wHour), unsigned(time.wMinute));
-    return text;
-}
-
-QByteArray TimesOnDay(const CAppointment& item, int day)
-{
-    if (item.AllDay)
-        return "all day";
-    const QByteArray open = "...  ";
-    const bool startsHere = DayNumber(item.Start) == day;
-    const bool endsHere = DayNumber(item.End) == day || item.EndsPreviousDay ||
-                          (DayNumber(item.End) == day + 1 && item.End == std::trunc(item.End));
-    return (startsHere ? TimeText(item.Start) : open) + "-" + (endsHere ? TimeText(item.End) : open);
-}
-
 bool PrintDay(const CDayItems& day)
 {
     if (day.Appointments.empty() && day.Tasks.empty())
         return true;
-    const SystemTime date = SystemTimeOf(day.Day);
-    std::printf("%04d-%02d-%02d %s\n", date.wYear, date.wMonth, date.wDay,
-                Locale().DayName(date.wDayOfWeek, false).toLocal8Bit().constData());
-    for (const auto& item : day.Appointments) {
-        std::printf("  %-11s  %s", TimesOnDay(*item, day.Day).constData(),
-                    OneLine(item->Subject).constData());
-        if (!item->Location.isEmpty())
-            std::printf(" (%s)", OneLine(item->Location).constData());
-        std::printf("\n");
-    }
+    std::printf("%s %s\n", IsoDay(day.Day).constData(),
+                Locale().DayName(DayOfWeekOf(day.Day), false).toLocal8Bit().constData());
+    for (const auto& item : day.Appointments)
+        std::printf("  %s\n", LineOf(*item, day.Day).constData());
     for (const auto& task : day.Tasks)
-        std::printf("  %-11s  %s\n", task->Complete ? "done" : "to do", OneLine(task->Subject).constData());
+        std::printf("  %s\n", LineOf(*task).constData());
     return std::fflush(stdout) == 0;
 }
 

@@ -174,9 +174,15 @@ void CAgendaJson::AddTask(const CTask& item, const QString& uid)
 void CAgendaJson::AddItem(const CPimItem& item, const QString& uid, const CFields& fields)
 {
     Reserve(kRowBytes);
-    Put("{\"day\":\"");
-    Date(m_rowDay);
-    Put("\",\"kind\":\"");
+    Put("{\"day\":");
+    if (m_rowDay == NO_DATE) {
+        Put("null");
+    } else {
+        Put('"');
+        Date(DayNumber(m_rowDay));
+        Put('"');
+    }
+    Put(",\"kind\":\"");
     Put(fields.Kind);
     Put("\",\"id\":");
     Number(int(item.ItemId));

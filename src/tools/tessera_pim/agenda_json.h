@@ -15,7 +15,7 @@ class CAgendaJson
 {
 public:
     explicit CAgendaJson(const CCategoryStore& categories) : m_categories(categories) {}
-    void BeginDay(int day) { m_rowDay = day; }
+    void BeginDay(DATE day) { m_rowDay = day; } // NO_DATE: the rows that follow have none
     void AddAppointment(const CAppointment& item, const QString& uid);
     void AddTask(const CTask& item, const QString& uid);
     // Writes what has gathered to standard output; false when that fails.
@@ -47,7 +47,7 @@ private:
     const CCategoryStore& m_categories;
     std::vector<char> m_buffer; // as long as was ever reserved
     size_t m_used = 0;
-    int m_rowDay = 0;
+    DATE m_rowDay = NO_DATE;
     int m_lastDay = INT_MIN;
     char m_lastDate[10] = {}; // of m_lastDay
 };

@@ -20,6 +20,14 @@ struct CAgendaOptions {
     int FirstDay = 0, LastDay = 0; // day numbers, both inclusive, in order
     bool Json = false;
 };
+struct CSearchOptions {
+    QString Volume;
+    QString Text;
+    bool StartsWith = false; // else the subject contains the text
+    bool Tasks = true, Appointments = true;
+    int Limit = 0; // 0 for none
+    bool Json = false;
+};
 struct CCheckOptions {
     QString Volume;
 };
@@ -30,6 +38,7 @@ struct CBackupOptions {
 
 int RunImport(const CImportOptions& options);
 int RunAgenda(const CAgendaOptions& options);
+int RunSearch(const CSearchOptions& options);
 int RunCheck(const CCheckOptions& options);
 int RunBackup(const CBackupOptions& options);
 

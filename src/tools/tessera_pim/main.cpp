@@ -40,6 +40,9 @@ struct Arguments {
     std::string Volume, From, To, BackupFile;
     std::vector<std::string> Files;
     bool Json = false;
+    std::string Text, Type = "both";
+    bool StartsWith = false;
+    int Limit = 0;
 };
 
 int Dispatch(const CLI::App& app, const Arguments& arguments)
@@ -56,9 +59,31 @@ int Dispatch(const CLI::App& app, const Arguments& arguments)
         }
         return RunAgenda({volume, first, last, arguments.Json});
     }
+    if (app.got_subcommand("search")) {
+        const bool tasks = arguments.Type != "appointments", appointments = arguments.Type != "tasks";
+        return RunSearch({volume, QFile::decodeName(arguments.Text.c_str()), arguments.StartsWith, tasks,
+                          appointments, arguments.Limit, arguments.Json});
+    }
     if (app.got_subcommand("check"))
         return RunCheck({volume});
     return RunBackup({volume, QFile::decodeName(arguments.BackupFile.c_str())});
+}
+
+void AddSearch(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* search = app.add_subcommand("search", "Finds items by their subject, in any case of letters");
+    search->add_option("text", arguments.Text, "What the subject contains")
+        ->type_name("TEXT")
+        ->required()
+        ->check([](const std::string& text) { return text.empty() ? "the text is empty" : std::string(); });
+    search->add_flag("--starts-with", arguments.StartsWith, "What it starts with instead");
+    search->add_option("--type", arguments.Type, "Which items to look at; both without this")
+        ->type_name("TYPE")
+        ->check(CLI::IsMember({"appointments", "tasks", "both"}));
+    search->add_option("--limit", arguments.Limit, "End after so many")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000000));
+    search->add_flag("--json", arguments.Json, "One object per line");
 }
 } // namespace
 
@@ -93,6 +118,7 @@ int main(int argc, char** argv)
         ->required()
         ->check(kIsoDay);
     agenda->add_flag("--json", arguments.Json, "One object per line");
+    AddSearch(app, arguments);
     app.add_subcommand("check", "Tests the volume, its records and blobs");
     CLI::App* backup = app.add_subcommand("backup", "Writes a consistent copy while others write");
     backup->add_option("file", arguments.BackupFile, "The copy to write")->type_name("FILE")->required();
