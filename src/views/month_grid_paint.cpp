@@ -39,18 +39,20 @@ void CopyBlock(QImage& to, const QImage& from, const QRect& block)
 }
 
 // The categories that a visible item of the day has.
-std::set<qint32> CategoriesOf(const CDayItems& day)
+std::set<const CCategory*> CategoriesOf(const CDayItems& day)
 {
-    std::set<qint32> numbers;
-    const auto take = [&numbers](const auto& items) {
+    std::set<const CCategory*> categories;
+    const auto take = [&categories](const auto& items) {
         for (const auto& item : items) {
-            if (item->Visible)
-                numbers.insert(item->Categories.begin(), item->Categories.end());
+            for (const qint32 number : item->Categories) {
+                if (item->Visible)
+                    categories.insert(PimStore().Categories().FindById(number));
+            }
         }
     };
     take(day.Appointments);
     take(day.Tasks);
-    return numbers;
+    return categories;
 }
 } // namespace
 
@@ -201,14 +203,14 @@ void CMonthGrid::PaintCell(QPainter& dc, const CDayItems& day, QRect cell, bool 
 
 void CMonthGrid::PaintIcons(QPainter& dc, const CDayItems& day, const QRect& cell, int timelineBottom) const
 {
-    const std::set<qint32> used = CategoriesOf(day);
+    const std::set<const CCategory*> used = CategoriesOf(day);
     if (used.empty())
         return;
     std::vector<const CAlphaImage*> icons;
     std::vector<QSize> sizes;
     for (int n = 0; const CCategory* category = PimStore().Categories().GetAt(n); ++n) {
         const CAlphaImage& icon = g_ImageStore.Icon(category->ImageName);
-        if (!icon.IsValid() || !used.contains(category->Id))
+        if (!icon.IsValid() || !used.contains(category))
             continue;
         icons.push_back(&icon);
         sizes.push_back({icon.Width(), icon.Height()});
