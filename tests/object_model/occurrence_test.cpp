@@ -2,8 +2,6 @@
 
 #include "records/property_numbers.h"
 
-#include <map>
-#include <random>
 
 TEST_F(ObjectModel, OneOccurrenceIsChangedAndTheSeriesLeftAlone)
 {
@@ -173,99 +171,4 @@ TEST_F(ObjectModel, AnOccurrenceIsCopiedAsAPlainItem)
     ASSERT_TRUE(whole->Save());
     EXPECT_EQ(Occurrences(*whole, "2026-01-05", "2026-01-08").join(", "),
               "2026-01-05 10:00, 2026-01-07 10:00");
-}
-
-// ---- random work against a plain model: a map from original day to what stands there
-
-namespace
-{
-struct CModelSeries {
-    quint32 Id = 0;
-    int First = 0, Step = 1, Minute = 0;
-    std::map<int, QString> Days; // original day -> "start subject", all days of the range tested
-};
-} // namespace
-
-TEST_F(ObjectModel, RandomWorkAgainstAPlainModel)
-{
-    std::mt19937 random(4711);
-    const auto pick = [&random](int low, int high) { return low + int(random() % unsigned(high - low + 1)); };
-    const int begin = DayNumber(At("2026-01-01")), end = begin + 60;
-    std::vector<CModelSeries> all;
-    const auto textOf = [](DATE start, const QString& subject) { return IsoOf(start) + ' ' + subject; };
-    const auto fill = [&](CModelSeries& s, const QString& subject) {
-        for (int day = s.First; day < end; day += s.Step)
-            s.Days[day] = textOf(day + s.Minute / 1440.0, subject);
-    };
-    const auto check = [&](const CModelSeries& s) {
-        QStringList expected, found;
-        for (const auto& [day, text] : s.Days)
-            expected += text;
-        const auto item = Get(s.Id);
-        const CReadRecord record = Read(*item);
-        const CRecurrencePattern pattern = record.Pattern();
-        std::vector<COccurrence> occurrences;
-        ExpandPattern(pattern, begin - 40, end + 40, occurrences);
-        for (const COccurrence& o : occurrences) {
-            const CRecurrenceException* e =
-                o.ExceptionIndex < 0 ? nullptr : &pattern.Exceptions[size_t(o.ExceptionIndex)];
-            if (o.OriginalDay < end)
-                found += textOf(o.Start, e && e->HasSubject ? e->Subject : item->get_Subject());
-        }
-        expected.sort();
-        found.sort();
-        ASSERT_EQ(found.join('\n').toStdString(), expected.join('\n').toStdString());
-    };
-    for (int round = 0; round < 600; ++round) {
-        SCOPED_TRACE(round);
-        const int what = all.empty() ? 0 : pick(0, 9);
-        CModelSeries* s = all.empty() ? nullptr : &all[size_t(pick(0, int(all.size()) - 1))];
-        const QString subject = QString("s%1").arg(round);
-        if (what == 0) {
-            CModelSeries made;
-            made.First = begin + pick(0, 10);
-            made.Step = pick(1, 4);
-            made.Minute = pick(0, 95) * 15;
-            auto item = m_app->CreateAppointment();
-            item->put_Subject(subject);
-            item->put_Start(made.First + made.Minute / 1440.0);
-            item->put_End(item->get_Start() + 1.0 / 24);
-            item->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
-            item->GetRecurrencePattern()->put_Interval(made.Step);
-            ASSERT_TRUE(item->Save());
-            made.Id = item->get_Oid();
-            fill(made, subject);
-            all.push_back(made);
-        } else if (what == 1) { // delete it all
-            ASSERT_TRUE(Get(s->Id)->Delete());
-            all.erase(all.begin() + (s - all.data()));
-            continue;
-        } else if (s->Days.empty()) {
-            continue;
-        } else {
-            auto at = s->Days.begin();
-            std::advance(at, pick(0, int(s->Days.size()) - 1));
-            std::unique_ptr<IAppointment> one;
-            ASSERT_TRUE(Get(s->Id)->GetRecurrencePattern()->GetOccurrence(at->first, one));
-            if (what <= 3) {
-                ASSERT_TRUE(one->Delete());
-                s->Days.erase(at);
-            } else {
-                if (what >= 6)
-                    one->put_Start(begin + pick(-10, 70) + pick(0, 95) / 96.0);
-                if (what != 9)
-                    one->put_Subject(subject);
-                ASSERT_TRUE(one->Save());
-                at->second = textOf(one->get_Start(), one->get_Subject());
-            }
-        }
-        if (round % 50 == 0)
-            Reopen();
-        for (const CModelSeries& each : all)
-            check(each);
-    }
-    EXPECT_EQ(m_volume->RecordCount(kAppointmentsDatabase), qint64(all.size()));
-    QStringList faults;
-    ASSERT_TRUE(m_volume->Check(faults));
-    EXPECT_TRUE(faults.isEmpty()) << faults.join('\n').toStdString();
 }
