@@ -33,3 +33,9 @@ bool MatchesFilter(const CFilter& filter, const CCategorySet& categories)
         return true;
     return filter.ExcludeMode == CFilter::kOnly && filter.ExcludeIds.size() != count;
 }
+
+void AddIncludesTo(const CFilter& filter, CCategorizedRecord& item)
+{
+    for (const qint32 number : filter.IncludeIds)
+        item.Categories.Insert(number);
+}

@@ -4,3 +4,5 @@
 #include "settings/filter.h"
 
 bool MatchesFilter(const CFilter& filter, const CCategorySet& categories);
+// What a new item gets, so that it shows under the filter it was made under.
+void AddIncludesTo(const CFilter& filter, CCategorizedRecord& item);
