@@ -22,9 +22,9 @@ public:
     void SendCommand(int command) override { Commands.push_back(command); }
     void UpdateTitle() override { ++Titles; }
     void RebuildSoftKeys() override {}
-    void ShowDaily(int) override {}
+    void ShowDaily(int returnView) override { Shown.push_back(returnView); }
     void PressSoftKey(int key) override { Keys.push_back(key); }
-    std::vector<int> Commands, Keys;
+    std::vector<int> Commands, Keys, Shown;
     int Titles = 0;
 };
 
