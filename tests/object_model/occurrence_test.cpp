@@ -2,7 +2,6 @@
 
 #include "records/property_numbers.h"
 
-
 TEST_F(ObjectModel, OneOccurrenceIsChangedAndTheSeriesLeftAlone)
 {
     auto series = Series();
