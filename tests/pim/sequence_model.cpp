@@ -166,7 +166,7 @@ CDayLines CPlainCalendar::AppointmentDays(int first, int last) const
             const auto& [start, end, subject] = shown;
             const int lastMinute = end > start ? end - 1 : end; // midnight is of the day before
             for (int day = std::max(start / 1440, first); day <= std::min(lastMinute / 1440, last); ++day)
-                lines[day].push_back(shown);
+                lines[day].emplace_back(start, end, Marked(subject, IsVisible(item.Category)));
         }
     }
     Sort(lines);
@@ -186,8 +186,9 @@ CDayLines CPlainCalendar::TaskDays(int first, int last, int today) const
         if (task.Due)
             days.insert(*task.Due);
         for (const int day : days) {
+            auto [start, due, subject] = task.Shown();
             if (day >= first && day <= last)
-                lines[day].push_back(task.Shown());
+                lines[day].emplace_back(start, due, Marked(subject, IsVisible(task.Category)));
         }
     }
     Sort(lines);

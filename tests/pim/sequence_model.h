@@ -9,6 +9,11 @@
 #include <tuple>
 #include <vector>
 
+inline QString Marked(const QString& subject, bool visible)
+{
+    return visible ? subject : subject + " hidden";
+}
+
 struct CPlainRule {
     enum Kind { Daily, Weekly, Monthly, MonthlyNth, Yearly } What = Daily;
     int Interval = 1, Mask = 0, DayOfMonth = 0, Instance = 0;
@@ -33,7 +38,7 @@ struct CPlainChange { // of one occurrence
 
 struct CPlainAppointment {
     quint32 Id = 0;
-    QString Subject;
+    QString Subject, Category;
     bool AllDay = false;
     int Start = 0, Minutes = 0; // of a series: of its first occurrence
     std::optional<CPlainRule> Rule;
@@ -50,7 +55,7 @@ struct CPlainAppointment {
 
 struct CPlainTask {
     quint32 Id = 0;
-    QString Subject;
+    QString Subject, Category;
     std::optional<int> Start, Due; // days
     bool Complete = false;
     std::set<int> Days; // of a recurring one
@@ -63,7 +68,9 @@ struct CPlainTask {
 struct CPlainCalendar {
     std::vector<CPlainAppointment> Appointments;
     std::vector<CPlainTask> Tasks;
+    QString Wanted; // the one category that the filter lets through; empty: all
 
+    bool IsVisible(const QString& category) const { return Wanted.isEmpty() || category == Wanted; }
     CDayLines AppointmentDays(int first, int last) const;
     CDayLines TaskDays(int first, int last, int today) const;
 };

@@ -10,6 +10,7 @@ namespace
 {
 constexpr int kSequences = 1000; // of each parameter
 constexpr int kSteps = 20;
+constexpr const char* kCategories[] = {"Home", "Work"};
 constexpr int kBatch = 50; // sequences on one volume
 
 QString MemoryFolder()
@@ -68,6 +69,8 @@ protected:
     void ChangeOccurrence(CPlainAppointment& item);
     void CreateTask();
     void ChangeTask(CPlainTask& task);
+    void ChangeFilter();
+    QString PickCategory() { return OneIn(3) ? QString() : QString::fromLatin1(kCategories[Pick(0, 1)]); }
     std::unique_ptr<IAppointment> Get(const CPlainAppointment& item);
     std::unique_ptr<ITask> Get(const CPlainTask& task);
     void Log(const QString& text) { m_log += text + u'\n'; }
@@ -103,6 +106,13 @@ void Sequences::StartVolume()
     m_last = Day("2026-03-31");
     ASSERT_TRUE(m_store.FindDay(m_first) && m_store.FindDay(m_last));
     m_limit = m_last + 40;
+    m_app = MakePOutlookApp(m_volume);
+    ASSERT_TRUE(m_app->Logon());
+    auto item = m_app->CreateAppointment(); // makes the categories
+    item->put_Start(m_today);
+    item->put_Categories("Home, Work");
+    ASSERT_TRUE(item->Save() && item->Delete());
+    m_store.DrainNotices();
 }
 
 void Sequences::RunSequence()
@@ -119,7 +129,8 @@ void Sequences::RunSequence()
         ASSERT_TRUE(Get(item)->Delete());
     for (const CPlainTask& task : m_plain.Tasks)
         ASSERT_TRUE(Get(task)->Delete());
-    m_plain = CPlainCalendar();
+    m_plain.Appointments.clear();
+    m_plain.Tasks.clear();
     CheckAll();
 }
 
@@ -127,6 +138,8 @@ void Sequences::Step()
 {
     const size_t appointments = m_plain.Appointments.size(), tasks = m_plain.Tasks.size();
     const int what = Pick(0, 9);
+    if (OneIn(15))
+        return ChangeFilter();
     if (what <= 1 || (appointments == 0 && what <= 6))
         return CreateAppointment();
     if (what == 2 || tasks == 0)
@@ -138,6 +151,20 @@ void Sequences::Step()
         ChangeOccurrence(item);
     else
         ChangeAppointment(item);
+}
+
+void Sequences::ChangeFilter()
+{
+    m_plain.Wanted = PickCategory();
+    Log("filter " + m_plain.Wanted);
+    g_Settings.m_currentFilterIndex = -1;
+    g_Settings.m_activeFilter.Clear();
+    if (!m_plain.Wanted.isEmpty()) {
+        const CCategory* category = m_store.Categories().FindByName(m_plain.Wanted);
+        ASSERT_TRUE(category);
+        g_Settings.m_activeFilter.IncludeIds.insert(category->Id);
+    }
+    m_store.ReapplyFilter();
 }
 
 std::unique_ptr<IAppointment> Sequences::Get(const CPlainAppointment& item)
@@ -208,6 +235,7 @@ void Sequences::CreateAppointment()
     item->put_Start(DateOfMinute(made.Start));
     item->put_End(DateOfMinute(made.Start + made.Minutes));
     item->put_AllDayEvent(made.AllDay);
+    item->put_Categories(made.Category = PickCategory());
     Log(QString("create %1 at %2 for %3 all day %4")
             .arg(made.Subject, Iso(DateOfMinute(made.Start)))
             .arg(made.Minutes)
@@ -233,7 +261,9 @@ void Sequences::ChangeAppointment(CPlainAppointment& plain)
         m_plain.Appointments.erase(m_plain.Appointments.begin() + (&plain - m_plain.Appointments.data()));
         return;
     }
-    if (what <= 2) {
+    if (what == 1) {
+        item->put_Categories(plain.Category = PickCategory());
+    } else if (what == 2) {
         item->put_Subject(plain.Subject = NewSubject());
     } else if (what <= 4) { // another time, of a plain one another day
         const int day = plain.Rule ? plain.Start / 1440 : PickDay();
@@ -316,6 +346,7 @@ void Sequences::CreateTask()
             .arg(made.Subject)
             .arg(made.Start.value_or(0))
             .arg(made.Due.value_or(0)));
+    task->put_Categories(made.Category = PickCategory());
     if (made.Due && OneIn(2)) {
         const CPlainRule rule = PickRule(made.Anchor());
         Log(rule.Text());
@@ -350,6 +381,8 @@ void Sequences::ChangeTask(CPlainTask& plain)
     }
     if (what == 7 && plain.Due)
         task->put_DueDate(*(plain.Due = PickDay()));
+    else if (OneIn(2))
+        task->put_Categories(plain.Category = PickCategory());
     else
         task->put_Subject(plain.Subject = NewSubject());
     ASSERT_TRUE(task->Save());
@@ -379,15 +412,20 @@ void Sequences::CheckDays(CPimStore& store, const char* which)
     for (int i = m_first; i <= m_last; ++i) {
         const CDayItems* day = store.FindDay(i);
         ASSERT_TRUE(day);
-        for (const auto& item : day->Appointments)
-            appointments[i].emplace_back(MinuteOf(item->Start), MinuteOf(item->End), item->Subject);
+        int visible = 0, visibleTasks = 0;
+        for (const auto& item : day->Appointments) {
+            appointments[i].emplace_back(MinuteOf(item->Start), MinuteOf(item->End),
+                                         Marked(item->Subject, item->Visible));
+            visible += item->Visible;
+        }
         for (const auto& task : day->Tasks) {
             const auto date = [](DATE value) { return value == NO_DATE ? 0 : int(value); };
             tasks[i].emplace_back(date(task->Start), date(task->End),
-                                  task->Subject + (task->Complete ? " done" : ""));
+                                  Marked(task->Subject + (task->Complete ? " done" : ""), task->Visible));
+            visibleTasks += task->Visible;
         }
-        ASSERT_EQ(day->AppointmentCount, int(day->Appointments.size()));
-        ASSERT_EQ(day->TaskCount, int(day->Tasks.size()));
+        ASSERT_EQ(day->AppointmentCount, visible);
+        ASSERT_EQ(day->TaskCount, visibleTasks);
         CheckConflicts(*day);
     }
     for (CDayLines* lines : {&appointments, &tasks}) {
@@ -401,9 +439,15 @@ void Sequences::CheckDays(CPimStore& store, const char* which)
         FAIL() << which << " shows the tasks\n" << Told(tasks) << "instead of\n" << Told(plain);
     }
     size_t grouped = 0;
-    for (const auto& group : store.GetTaskGroups())
+    int wanted = 0, visible = 0;
+    for (const auto& group : store.GetTaskGroups()) {
         grouped += group->Tasks.size();
+        visible += group->VisibleCount;
+    }
+    for (const CPlainTask& task : m_plain.Tasks)
+        wanted += m_plain.IsVisible(task.Category);
     ASSERT_EQ(grouped, m_plain.Tasks.size()) << which;
+    ASSERT_EQ(visible, wanted) << which;
 }
 
 void Sequences::CheckConflicts(const CDayItems& day)
@@ -448,6 +492,8 @@ TEST_P(Sequences, AgreeWithAPlainCalendar)
     tasks.IncludeInCalendar = tasks.IncludeUndatedOnToday = tasks.IncludeOverdueOnToday = 1;
     tasks.IncludeActiveTasks = tasks.IncludeCompleted = 1;
     g_Settings.m_completedCutoff = 0;
+    g_Settings.TasksView.ItemsToView = 255;
+    g_Settings.TasksView.Sort1 = 100;
     for (int i = 0; i < kSequences && !HasFailure(); ++i) {
         const unsigned seed = unsigned(GetParam() * kSequences + i);
         m_random.seed(seed);
