@@ -197,6 +197,10 @@ bool CPimStore::DuplicateItem(IPOutlookApp& app, quint32 itemId)
         std::unique_ptr<ITask> task;
         return app.GetTaskFromOid(itemId, task) && SaveCopy(*task);
     }
+    if (itemId >= kContactTag) {
+        std::unique_ptr<IContact> contact;
+        return app.GetContactFromOid(itemId, contact) && SaveCopy(*contact);
+    }
     std::unique_ptr<IAppointment> item;
     return app.GetAppointmentFromOid(itemId, item) && SaveCopy(*item);
 }

@@ -120,7 +120,7 @@ public:
     QString GetRecurrenceText(quint32 itemId);
     // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
     bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
-    bool DuplicateItem(IPOutlookApp& app, quint32 itemId); // an appointment or a task
+    bool DuplicateItem(IPOutlookApp& app, quint32 itemId); // of any kind, with its note
     CStatus BeamItem(IPOutlookApp& app, int kind, quint32 itemId); // by ItemKind; a contact too
     // What sessions hand requests, cancellations and beamed items to; borrowed, null for none.
     void SetTransport(IItemTransport* transport);
