@@ -121,3 +121,23 @@ TEST_F(Timeline, ThePictureIsMadeAnewWhenTheDayChanges)
     EXPECT_EQ(CountOf(Painted(bar, day), ToQColor(kBlue).rgb()), 0);
     EXPECT_EQ(Painted(bar, day, 120).width(), 120);
 }
+
+TEST_F(Timeline, ANarrowBarHasItsCountsBelowTheStrip)
+{
+    for (const int density : {96, 192}) {
+        g_ScreenMetrics.Init(density, {320, 240});
+        CTimelineBar wide({}), narrow({}, true);
+        EXPECT_LT(CTimelineBar::VerticalWidth(), CTimelineBar::Width());
+        EXPECT_EQ(narrow.OwnHeight(), CTimelineBar::VerticalHeight());
+        EXPECT_EQ(wide.OwnHeight(), CTimelineBar::Height());
+        for (const int width : {CTimelineBar::VerticalWidth(), CTimelineBar::VerticalWidth() + 40}) {
+            QImage picture(width, CTimelineBar::VerticalHeight(), QImage::Format_RGB32);
+            QPainter dc(&picture);
+            narrow.Paint(dc, 0, 0, width, SampleDay());
+            const QRect strip = CTimelineBar::StripRect((width - CTimelineBar::VerticalWidth()) / 2, 0);
+            EXPECT_EQ(picture.pixel(CTimelineBar::CellRect(strip, 10).center()), ToQColor(kBlue).rgb());
+            EXPECT_EQ(picture.pixel(CTimelineBar::CellRect(strip, 14).center()), ToQColor(kGreen).rgb());
+            EXPECT_LE(strip.x() + strip.width() + S(3), width);
+        }
+    }
+}
