@@ -30,6 +30,7 @@ struct CRecurrencePatternData {
     bool operator==(const CRecurrencePatternData&) const = default;
 };
 
-// What a form starts with: daily, without end, the rest as the date suggests. A form whose start
-// date is changed before any pattern was chosen makes it anew.
+// What a form starts with: daily, without end, the rest as the date suggests. A form whose own date
+// is moved later moves `Start` along, as long as that was on the same day; what is already stored
+// the writer moves by itself.
 CRecurrencePatternData MakeDefaultPattern(DATE date);

@@ -168,3 +168,19 @@ TEST_F(Categories, TheFilterInForceHoldsForAllThatIsRead)
     EXPECT_EQ(visible("2026-04-20"), QStringList());
     EXPECT_EQ(LinesOf("2026-04-20").size(), 1);
 }
+
+TEST(FilterMatch, ANewItemTakesWhatTheFilterIncludes)
+{
+    for (const int mode : {CFilter::kAnyOf, CFilter::kAllOf, CFilter::kOnly}) {
+        CFilter filter;
+        filter.IncludeMode = mode;
+        filter.IncludeIds = {3, 1};
+        filter.ExcludeIds = {2};
+        CCalendarTask task;
+        AddIncludesTo(filter, task);
+        EXPECT_TRUE(MatchesFilter(filter, task.Categories)) << mode;
+        AddIncludesTo(filter, task); // each once
+        EXPECT_EQ(std::vector<qint32>(task.Categories.begin(), task.Categories.end()),
+                  (std::vector<qint32>{1, 3}));
+    }
+}

@@ -417,6 +417,71 @@ TEST_F(Presets, ANewStartMovesThePattern)
     EXPECT_EQ(Iso(ReadForEditing(id).Start), "2026-04-02 10:00");
 }
 
+TEST_F(Presets, ASeriesOfAnotherZoneKeepsItsBytes)
+{
+    UseZone("Europe/Berlin");
+    const CEOID oid =
+        WriteSeries("far", Pattern("weekly", "2026-02-02", 20 * 60, 90), false, "America/New_York");
+    const quint32 id = ItemIdOf(oid);
+    const auto bytes = [&] {
+        std::vector<CEPROPVAL> rows;
+        EXPECT_TRUE(m_volume->ReadWholeRecord(kAppointmentsDatabase, oid, rows));
+        QByteArray both;
+        for (const CEPROPVAL& row : rows) {
+            if (row.propid == Prop::Recurrence || row.propid == Prop::Zone)
+                both += row.Bytes;
+        }
+        return both;
+    };
+    const QByteArray before = bytes();
+    CAppointment item = ReadForEditing(id);
+    EXPECT_EQ(Iso(item.Start), "2026-02-03 02:00"); // Monday evening there
+    Data data;
+    const int preset = PresetOf(item, data);
+    EXPECT_EQ(preset, 2);
+    EXPECT_EQ(FormatPreset(preset, item.Start), "Every Tuesday");
+    item.Subject = "renamed";
+    item.Location = "here";
+    ASSERT_TRUE(Save(item, preset, &data));
+    EXPECT_EQ(bytes(), before);
+    EXPECT_EQ(ReadForEditing(id).Subject, "renamed");
+    item.Start += 1 / 24.0;
+    item.End += 1 / 24.0;
+    ASSERT_TRUE(Save(item, preset, &data));
+    EXPECT_NE(bytes(), before);
+    item = ReadForEditing(id);
+    EXPECT_EQ(Iso(item.Start) + " " + Iso(item.End), "2026-02-03 03:00 2026-02-03 04:30");
+    LoadDay("2026-03-10"); // there the clocks have changed already, here not
+    EXPECT_EQ(LinesOf("2026-03-10"), QStringList{"02:00-03:30 renamed"});
+}
+
+TEST_F(Presets, AnAllDaySeriesOfTwoDays)
+{
+    CAppointment item;
+    item.Subject = "fair";
+    item.AllDay = true;
+    item.Start = At("2026-03-11");
+    item.End = At("2026-03-13"); // the midnight after
+    item.Recurrence = 1;
+    ASSERT_TRUE(Save(item, 3));
+    LoadDay("2026-03-25");
+    m_store.DrainNotices();
+    for (const char* day : {"2026-03-11", "2026-03-12", "2026-03-25", "2026-03-26"})
+        EXPECT_EQ(LinesOf(day), QStringList{"all day fair"}) << day;
+    for (const char* day : {"2026-03-10", "2026-03-13", "2026-03-18", "2026-03-27"})
+        EXPECT_EQ(LinesOf(day), QStringList()) << day;
+    // For editing the end is the last day itself, and goes back as the midnight after it.
+    CAppointment read = ReadForEditing(m_store.FindDay(Day("2026-03-11"))->Appointments[0]->ItemId);
+    EXPECT_EQ(Iso(read.End), "2026-03-12 00:00");
+    read.AllDay = false;
+    read.Start = At("2026-03-11 09:00");
+    read.End = At("2026-03-11 10:00");
+    ASSERT_TRUE(Save(read, 3));
+    m_store.DrainNotices();
+    EXPECT_EQ(LinesOf("2026-03-25"), QStringList{"09:00-10:00 fair"});
+    EXPECT_EQ(LinesOf("2026-03-26"), QStringList());
+}
+
 TEST_F(Presets, AnOccurrenceLeavesThePatternAlone)
 {
     const quint32 id = Write("2026-03-11 10:00", 1);

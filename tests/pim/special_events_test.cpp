@@ -191,3 +191,22 @@ TEST_F(SpecialEvents, CarryTheContactsCategories)
     EXPECT_TRUE(day->Appointments[0]->Categories.Contains(1));
     EXPECT_EQ(day->AppointmentCount, 1);
 }
+
+TEST_F(SpecialEvents, ADuplicateOfAContactHasItsNoteAndItsEvents)
+{
+    OpenStore();
+    const CPoomSession session(m_volume);
+    ASSERT_TRUE(session.App());
+    const auto contact = session.App()->CreateContact();
+    contact->put_FileAs("Ada");
+    contact->put_Birthday(At("1990-03-22"));
+    contact->put_Body("likes tea");
+    ASSERT_TRUE(contact->Save());
+    ASSERT_TRUE(m_store.DuplicateItem(*session.App(), contact->get_Oid()));
+    EXPECT_FALSE(m_store.DuplicateItem(*session.App(), contact->get_Oid() + 7));
+    LoadDay("2026-03-22");
+    EXPECT_EQ(LinesOf("2026-03-22"), (QStringList{"all day Ada B.D. (36)", "all day Ada B.D. (36)"}));
+    std::unique_ptr<IContact> copy;
+    ASSERT_TRUE(session.App()->GetContactFromOid(contact->get_Oid() + 1, copy));
+    EXPECT_EQ(copy->get_Body(), "likes tea");
+}
