@@ -3,8 +3,6 @@
 #include "pim/item_recurrence.h"
 #include "pim/pim_store_private.h"
 #include "records/property_numbers.h"
-#include "util/string_ids.h"
-#include "util/string_store.h"
 
 namespace
 {
@@ -151,7 +149,7 @@ bool CPimStore::SaveAppointment(IPOutlookApp* app, const CAppointment& item, con
     std::optional<CStoredRecurrence> stored;
     if (!onlyOccurrence)
         stored = ReadStoredRecurrence(*target, target->get_Start());
-    target->put_Subject(item.Subject);
+    PutSubject(*target, item.Subject, item.ItemId == 0);
     target->put_Location(item.Location);
     PutTimes(*target, item);
     if (!onlyOccurrence) {

@@ -3,8 +3,6 @@
 #include "pim/item_recurrence.h"
 #include "pim/pim_store_private.h"
 #include "settings/settings.h"
-#include "util/string_ids.h"
-#include "util/string_store.h"
 
 void CPimStore::ReadTaskFromModel(ITask& item, CTask& task)
 {
@@ -41,7 +39,7 @@ bool CPimStore::SaveTask(IPOutlookApp* app, const CTask& task, const QString& no
         return false;
     const auto dateOf = [](DATE start, DATE due) { return start != NO_DATE ? start : due; };
     const auto stored = ReadStoredRecurrence(*target, dateOf(target->get_StartDate(), target->get_DueDate()));
-    target->put_Subject(task.Subject);
+    PutSubject(*target, task.Subject, task.ItemId == 0);
     target->put_StartDate(task.Start);
     target->put_DueDate(task.End);
     target->put_ReminderSet(task.ReminderSet);

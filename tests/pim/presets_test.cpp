@@ -505,6 +505,25 @@ TEST_F(Presets, AnOccurrenceLeavesThePatternAlone)
     EXPECT_EQ(LinesOf("2026-03-14"), QStringList{"10:00-11:00 subject"});
 }
 
+TEST_F(Presets, AnEmptySubjectStaysEmptyUntilOneIsGiven)
+{
+    const quint32 id = Write("2026-03-11 10:00", 0);
+    std::unique_ptr<IAppointment> stored;
+    ASSERT_TRUE(m_app->GetAppointmentFromOid(id, stored));
+    stored->put_Subject({});
+    ASSERT_TRUE(stored->Save());
+    CAppointment item = ReadForEditing(id);
+    EXPECT_EQ(item.Subject, "No subject");
+    for (const char* subject : {"", "given", "No subject"}) {
+        item.Location = QString("at ") + subject;
+        item.Subject = *subject ? subject : item.Subject;
+        ASSERT_TRUE(Save(item, 0));
+        ASSERT_TRUE(m_app->GetAppointmentFromOid(id, stored));
+        EXPECT_EQ(stored->get_Subject(), subject);
+        EXPECT_EQ(stored->get_Location(), item.Location);
+    }
+}
+
 // ---- tasks
 
 TEST_F(Presets, OfATask)
