@@ -1,6 +1,8 @@
 #include "views/date_keys.h"
 #include "util/date_time.h"
 
+#include <algorithm>
+
 namespace
 {
 constexpr int kMargin = 70; // days around it that a view may show
@@ -32,7 +34,8 @@ int DayOfDateKey(int key, int day)
     }
 }
 
-bool IsShowableDay(int day)
+int NearestShowableDay(int day)
 {
-    return SystemTimeOf(day - kMargin).wYear != 0 && SystemTimeOf(day + kMargin).wYear != 0;
+    static const int first = DayNumberOf(100, 1, 1) + kMargin, last = DayNumberOf(9999, 12, 31) - kMargin;
+    return std::clamp(day, first, last);
 }

@@ -21,6 +21,7 @@ constexpr COLORREF kPopOutEdge = 0x1F0F0A;
 constexpr quint32 kShadowAlpha = 128;
 constexpr int kTwoToneAlpha = 50;
 constexpr int kMostPopOut = 3;
+constexpr int kLeastCellHeight = 24; // design pixels that the number and what stands below it need
 enum ItemsToShow { kTimelines, kIcons, kBoth };
 
 // Makes the picture anew only for another size: fresh memory costs more than what is painted into it.
@@ -113,8 +114,8 @@ void CMonthGrid::PaintAllCells()
     PaintWeekNumbers(dc);
     PaintTitleRow(dc);
     for (int day = m_firstDay; day <= LastDay(); ++day) {
-        if (CDayItems* items = PimStore().FindDay(day))
-            PaintCell(dc, *items, items->CellRect = CellOf(day), false);
+        if (const CDayItems* items = PimStore().FindDay(day))
+            PaintCell(dc, *items, CellOf(day), false);
     }
 }
 
@@ -181,6 +182,9 @@ void CMonthGrid::PaintCell(QPainter& dc, const CDayItems& day, QRect cell, bool 
     } else {
         FillSolid(dc, cell, CellColor(day.Day, inMonth));
     }
+    const bool low = cell.height() < D(kLeastCellHeight); // of a window that is too small for the month
+    if (low)
+        dc.setClipRect(cell);
     const CAlphaImage& check = g_ImageStore.Image(PictureMonthCellTasks);
     const bool withTasks = day.TaskCount > 0;
     const CMonthCellParts parts =
@@ -199,6 +203,8 @@ void CMonthGrid::PaintCell(QPainter& dc, const CDayItems& day, QRect cell, bool 
                           true);
     if (g_Settings.MonthView.ItemsToShow != kTimelines)
         PaintIcons(dc, day, cell, parts.Timeline.y() + parts.Timeline.height());
+    if (low)
+        dc.setClipping(false);
 }
 
 void CMonthGrid::PaintIcons(QPainter& dc, const CDayItems& day, const QRect& cell, int timelineBottom) const

@@ -97,7 +97,7 @@ void CMonthlyView::OnDataChanged(int, quint32, quint32)
     m_grid.Invalidate();
     if (m_hidden)
         return; // all of it is built when the view shows again
-    m_grid.SelectDate(CursorDay());
+    m_grid.SelectDate(NearestShowableDay(CursorDay()));
     BuildRows();
     const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&selected](const CDayItemRow& candidate) {
         return !selected.IsNull() && candidate.Item.IsSameItem(selected);
@@ -170,22 +170,19 @@ void CMonthlyView::OnClockChanged(int)
 
 void CMonthlyView::SelectDay(int day)
 {
-    if (!IsShowableDay(day))
-        return;
     ForgetRows();
-    if (m_grid.SelectDate(day))
+    if (m_grid.SelectDate(NearestShowableDay(day))) {
+        UpdateMonthTitle();
         update();
+    }
     Invalidate(m_grid.TakeChanges());
     ShowRows();
-    UpdateMonthTitle();
 }
 
 void CMonthlyView::GoToDate(int day)
 {
-    if (!IsShowableDay(day))
-        return;
     ForgetRows();
-    m_grid.GoToDate(day);
+    m_grid.GoToDate(NearestShowableDay(day));
     ShowRows();
     UpdateMonthTitle();
     update();
@@ -205,12 +202,9 @@ void CMonthlyView::ShowRows()
 
 void CMonthlyView::ChangeMonth(int direction)
 {
-    const int day = CursorDay();
-    const int target = DayOfDateKey(direction < 0 ? '1' : '3', day);
-    if (!IsShowableDay(target))
-        return;
+    const int target = DayOfDateKey(direction < 0 ? '1' : '3', CursorDay());
     const CWaitCursor wait;
-    if (g_Settings.MonthView.ScrollByWeeks == 1)
+    if (g_Settings.MonthView.ScrollByWeeks == 1 && NearestShowableDay(target) == target)
         m_grid.ShiftWeeks(direction * kWeeksOfWindow);
     GoToDate(target);
 }

@@ -153,7 +153,7 @@ TEST_F(Monthly, MonthsOfAWindowOfWeeksMoveFiveWeeks)
 TEST_F(Monthly, TheFirstAndLastDatesHoldTheView)
 {
     for (const auto& [day, key] :
-         {std::pair(Day(9999, 9, 20), Qt::Key_3), std::pair(Day(100, 4, 2), Qt::Key_1)}) {
+         {std::pair(Day(9999, 12, 31), Qt::Key_3), std::pair(Day(100, 1, 1), Qt::Key_1)}) {
         PimStore().LoadRange(day, day, day);
         Open();
         for (int n = 0; n < 8; ++n) {
