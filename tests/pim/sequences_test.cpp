@@ -9,7 +9,7 @@
 namespace
 {
 constexpr int kSequences = 1000; // of each parameter
-constexpr int kSteps = 20;
+constexpr int kSteps = 25;
 constexpr const char* kCategories[] = {"Home", "Work"};
 constexpr int kBatch = 50; // sequences on one volume
 
@@ -146,7 +146,9 @@ void Sequences::Step()
         return CreateTask();
     if (what >= 7)
         return ChangeTask(m_plain.Tasks[size_t(Pick(0, int(tasks) - 1))]);
-    CPlainAppointment& item = m_plain.Appointments[size_t(Pick(0, int(appointments) - 1))];
+    // Often the newest, so that much happens to one.
+    CPlainAppointment& item =
+        m_plain.Appointments[size_t(OneIn(2) ? int(appointments) - 1 : Pick(0, int(appointments) - 1))];
     if (item.Rule && what >= 4)
         ChangeOccurrence(item);
     else
@@ -186,7 +188,7 @@ std::unique_ptr<ITask> Sequences::Get(const CPlainTask& task)
 CPlainRule Sequences::PickRule(int first)
 {
     CPlainRule rule;
-    rule.What = CPlainRule::Kind(Pick(0, 4));
+    rule.What = CPlainRule::Kind(OneIn(2) ? Pick(0, 1) : Pick(0, 4));
     rule.First = first;
     rule.Interval = rule.What == CPlainRule::Yearly ? 12 : Pick(1, 3);
     rule.Mask = rule.What == CPlainRule::MonthlyNth ? 1 << Pick(0, 6) : Pick(1, 127);
@@ -254,7 +256,7 @@ void Sequences::CreateAppointment()
 void Sequences::ChangeAppointment(CPlainAppointment& plain)
 {
     auto item = Get(plain);
-    const int what = Pick(0, 6);
+    const int what = Pick(0, 8);
     Log(QString("change %1 by %2").arg(plain.Subject).arg(what));
     if (what == 0) {
         ASSERT_TRUE(item->Delete());
