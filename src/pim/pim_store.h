@@ -102,6 +102,8 @@ public:
                                                 IWriterQuestions* questions, bool* onlyOccurrence = nullptr);
     // An item identifier of 0 makes a new one. `attendees` null leaves them alone. False when nothing
     // was saved; the user has then been told.
+    // `item` is what ReadAppointmentFromModel gave of the edit target, changed: of a series with the
+    // start of its first occurrence. An all-day end goes in as the midnight after its last day.
     // A whole item repeats when its flag and `presetIndex` both say so, else its pattern goes.
     // `customPattern` counts with kPresetCustom. A pattern is written only when it is another than
     // the stored one or the start's day was moved; so one that no preset holds survives an edit of
@@ -120,7 +122,7 @@ public:
     QString GetRecurrenceText(quint32 itemId);
     // A series asks which; without `questions` the occurrence goes, or with day 0 the series.
     bool DeleteAppointment(IPOutlookApp& app, quint32 itemId, int occurrenceDay, IWriterQuestions* questions);
-    bool DuplicateItem(IPOutlookApp& app, quint32 itemId); // of any kind, with its note
+    bool DuplicateItem(IPOutlookApp& app, quint32 itemId);         // of any kind, with its note
     CStatus BeamItem(IPOutlookApp& app, int kind, quint32 itemId); // by ItemKind; a contact too
     // What sessions hand requests, cancellations and beamed items to; borrowed, null for none.
     void SetTransport(IItemTransport* transport);

@@ -54,7 +54,8 @@ protected:
     }
     bool Save(const CAppointment& item, const QString& note = {}, bool only = false, int day = 0)
     {
-        return m_store.SaveAppointment(m_app.get(), item, note, kPresetKept, only, nullptr, nullptr, day, &m_user);
+        return m_store.SaveAppointment(m_app.get(), item, note, kPresetKept, only, nullptr, nullptr, day,
+                                       &m_user);
     }
 
     std::unique_ptr<IPOutlookApp> m_app;
