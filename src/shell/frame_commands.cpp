@@ -1,60 +1,116 @@
 // The commands: one row each, one handler each.
 #include "desktop/keyboard_service.h"
-#include "drawing/picture_ids.h"
 #include "settings/settings.h"
 #include "shell/main_frame.h"
-#include "shell/view_rotation.h"
 #include "touch/command_ids.h"
 #include "touch/timer_ids.h"
 #include "touch/wait_cursor.h"
-#include "util/string_ids.h"
 
 namespace
 {
-bool ActsOnSelection(int command)
+constexpr struct {
+    int Command, View;
+} kShows[] = {{CmdShowDaily, kViewDaily},     {CmdShowList, kViewList},   {CmdShowWeekly, kViewWeekly},
+              {CmdShowMonthly, kViewMonthly}, {CmdShowTasks, kViewTasks}, {CmdShowSearch, kViewSearch}};
+
+int ShownBy(int command) // ViewKind, or -1
 {
-    return command == CmdDelete || command == CmdEdit || command == CmdToggleTask ||
-           command == CmdDuplicate || command == CmdBeam || command == CmdOpenItem;
+    for (const auto& row : kShows) {
+        if (row.Command == command)
+            return row.View;
+    }
+    return -1;
 }
+
+// Commands that are nothing without a certain view.
+int ViewNeededBy(int command)
+{
+    if (command == CmdSearchStart || command == CmdSearchOptions || command == CmdSearchClear)
+        return kViewSearch;
+    const bool ofTasks = command == CmdTasksSort2Menu || command == CmdTasksSort3Menu ||
+                         (command >= CmdSort1First && command <= CmdTasksCollapseAll) ||
+                         (command >= CmdItemsToViewFirst && command <= CmdItemsToViewLast);
+    return ofTasks ? kViewTasks : ShownBy(command);
+}
+
+using TasksViewValues = decltype(CSettingsValues::TasksView);
+// Where a sort command stores its choice: the first command of a range is the value `Base`.
+struct SortStore {
+    int First, Last;
+    qint32 TasksViewValues::*Field;
+    int Base;
+};
+constexpr int kFirstSortCode = 100;
+constexpr SortStore kSortStores[] = {
+    {CmdSort1First, CmdSort1Last, &TasksViewValues::Sort1, kFirstSortCode},
+    {CmdSort1Ascending, CmdSort1Descending, &TasksViewValues::Sort1Direction, 0},
+    {CmdSort2First, CmdSort2Last, &TasksViewValues::Sort2, kFirstSortCode},
+    {CmdSort2Ascending, CmdSort2Descending, &TasksViewValues::Sort2Direction, 0},
+    {CmdSort3First, CmdSort3Last, &TasksViewValues::Sort3, kFirstSortCode},
+    {CmdSort3Ascending, CmdSort3Descending, &TasksViewValues::Sort3Direction, 0},
+};
 } // namespace
 
-const CMainFrame::CommandRow* CMainFrame::FindCommand(int command)
+CMainFrame::Handler CMainFrame::FindHandler(int command)
 {
     static constexpr CommandRow kCommands[] = {
         {CmdExitOther, &CMainFrame::CmdExitProgram},
+        {CmdSearchStart, &CMainFrame::CmdTellSearchView},
         {CmdToggleKeyboard, &CMainFrame::CmdToggleInputPanel},
         {CmdRebuildSoftKeys, &CMainFrame::CmdRebuildKeys},
+        {CmdTasksSort2Menu, &CMainFrame::CmdTellTasksView},
+        {CmdTasksSort3Menu, &CMainFrame::CmdTellTasksView},
+        {CmdFilterMenu, &CMainFrame::CmdOpenFilterMenu},
+        {CmdOpenItem, &CMainFrame::CmdOpenSelected},
         {CmdExit, &CMainFrame::CmdExitProgram},
         {CmdShowDaily, &CMainFrame::CmdShowKind},
+        {CmdShowList, &CMainFrame::CmdShowKind},
+        {CmdShowMonthly, &CMainFrame::CmdShowKind},
         {CmdDelete, &CMainFrame::CmdDeleteItem},
         {CmdViewButton, &CMainFrame::CmdPressViewButton},
         {CmdDateBack, &CMainFrame::CmdMoveDate},
         {CmdDateForward, &CMainFrame::CmdMoveDate},
         {CmdMenu, &CMainFrame::CmdOpenMenu},
         {CmdToday, &CMainFrame::CmdMoveDate},
+        {CmdShowWeekly, &CMainFrame::CmdShowKind},
         {CmdToggleTask, &CMainFrame::CmdToggleSelected},
+        {CmdShowTasks, &CMainFrame::CmdShowKind},
+        {CmdTasksExpandAll, &CMainFrame::CmdTellCurrentView},
+        {CmdTasksCollapseAll, &CMainFrame::CmdTellCurrentView},
         {CmdDuplicate, &CMainFrame::CmdDuplicateItem},
+        {CmdShowSearch, &CMainFrame::CmdShowKind},
         {CmdPreviousView, &CMainFrame::CmdShowPrevious},
+        {CmdSearchOptions, &CMainFrame::CmdTellSearchView},
+        {CmdSearchClear, &CMainFrame::CmdTellSearchView},
+    };
+    static constexpr CommandRange kRanges[] = {
+        {CmdNoFilter, CmdFilterLast, &CMainFrame::CmdChooseFilter},
+        {CmdSort1First, CmdSort3Descending, &CMainFrame::CmdSortTasks},
+        {CmdItemsToViewFirst, CmdItemsToViewLast, &CMainFrame::CmdTellTasksView},
     };
     for (const CommandRow& row : kCommands) {
         if (row.Command == command)
-            return &row;
+            return row.Handle;
+    }
+    for (const CommandRange& range : kRanges) {
+        if (command >= range.First && command <= range.Last)
+            return range.Handle;
     }
     return nullptr;
 }
 
 bool CMainFrame::OffersCommand(int command)
 {
-    return FindCommand(command) != nullptr;
+    const int view = ViewNeededBy(command);
+    return FindHandler(command) && (view == -1 || HasView(view));
 }
 
 void CMainFrame::SendCommand(int command)
 {
-    const CommandRow* row = m_up ? FindCommand(command) : nullptr;
-    if (!row)
+    if (!m_up || !OffersCommand(command))
         return;
     ++m_commandDepth;
-    (this->*row->Handle)(command);
+    (this->*FindHandler(command))(command);
     --m_commandDepth;
 }
 
@@ -68,13 +124,7 @@ void CMainFrame::CmdExitProgram(int)
 
 void CMainFrame::CmdShowKind(int command)
 {
-    constexpr struct {
-        int Command, View;
-    } kShows[] = {{CmdShowDaily, kViewDaily}};
-    for (const auto& row : kShows) {
-        if (row.Command == command)
-            ShowView(row.View, -1);
-    }
+    ShowView(ShownBy(command), -1);
 }
 
 void CMainFrame::CmdMoveDate(int command)
@@ -84,22 +134,6 @@ void CMainFrame::CmdMoveDate(int command)
         CWaitCursor wait;
         view->MoveDate(delta);
     }
-}
-
-void CMainFrame::CmdOpenMenu(int)
-{
-    CCalendarView* view = CurrentView();
-    if (!view || CTouchMenu::Current())
-        return;
-    const CItemIdentity selected = view->SelectedIdentity();
-    CTouchMenu menu;
-    view->FillTouchMenu(menu);
-    menu.AddRow(StrExitCalendar, CmdExit, PictureExit);
-    const int command = menu.Run(this);
-    // Meanwhile the item may have gone and the selection with it; the command was not meant for another.
-    const bool same = m_up && CurrentView() == view && view->SelectedIdentity().IsSameItem(selected);
-    if (same || !ActsOnSelection(command))
-        SendCommand(command);
 }
 
 CItemTarget CMainFrame::SelectedItem() const
@@ -134,10 +168,7 @@ void CMainFrame::CmdToggleSelected(int)
 
 void CMainFrame::CmdPressViewButton(int)
 {
-    const int next = m_returnView != -1 ? m_returnView
-                                        : NextViewInRotation(g_Settings.General.LastView,
-                                                             g_Settings.General.RotationActiveViews);
-    ShowView(next, -1);
+    ShowView(ViewOfButton(), -1);
 }
 
 void CMainFrame::CmdShowPrevious(int)
@@ -156,4 +187,42 @@ void CMainFrame::CmdRebuildKeys(int)
 void CMainFrame::CmdToggleInputPanel(int)
 {
     ShowOnScreenKeyboard(!IsOnScreenKeyboardShown());
+}
+
+void CMainFrame::CmdOpenSelected(int)
+{
+    if (CCalendarView* view = CurrentView())
+        view->OnCommandOpenItem();
+}
+
+void CMainFrame::CmdSortTasks(int command)
+{
+    for (const SortStore& store : kSortStores) {
+        if (command >= store.First && command <= store.Last)
+            g_Settings.TasksView.*store.Field = store.Base + command - store.First;
+    }
+    g_Settings.Save();
+    PimStore().RebuildTaskGroups();
+    if (CCalendarView* tasks = FindView(kViewTasks))
+        tasks->OnDataChanged(0, 0, 0);
+}
+
+void CMainFrame::CmdTellTasksView(int command)
+{
+    if (CCalendarView* tasks = FindView(kViewTasks))
+        tasks->OnCommand(command);
+    g_Settings.Save();
+}
+
+void CMainFrame::CmdTellCurrentView(int command)
+{
+    if (CCalendarView* view = CurrentView())
+        view->OnCommand(command);
+}
+
+void CMainFrame::CmdTellSearchView(int command)
+{
+    CCalendarView* view = CurrentView();
+    if (view && view->GetViewKind() == kViewSearch)
+        view->OnCommand(command);
 }

@@ -29,15 +29,6 @@ constexpr struct {
     {kViewMonthly, MakeView<CMonthlyView>},
 };
 
-bool HasView(int kind)
-{
-    for (const auto& maker : kViewMakers) {
-        if (maker.Kind == kind)
-            return true;
-    }
-    return false;
-}
-
 constexpr struct {
     int Command;
     int Image;
@@ -49,6 +40,15 @@ constexpr struct {
 } // namespace
 
 // ---- views
+
+bool CMainFrame::HasView(int kind)
+{
+    for (const auto& maker : kViewMakers) {
+        if (maker.Kind == kind)
+            return true;
+    }
+    return false;
+}
 
 CCalendarView* CMainFrame::FindView(int kind) const
 {
@@ -122,6 +122,29 @@ void CMainFrame::GoToDate(DATE date)
 
 // ---- soft keys and title
 
+// The view that the view button leads to.
+int CMainFrame::ViewOfButton() const
+{
+    const auto& general = g_Settings.General;
+    if (general.ViewSelectorMode == 1 && m_returnView != -1)
+        return m_returnView;
+    int offered = 0;
+    for (const auto& maker : kViewMakers)
+        offered |= general.RotationActiveViews & (1 << maker.Kind);
+    return NextViewInRotation(general.LastView, offered);
+}
+
+QString CMainFrame::ViewButtonText() const
+{
+    QString text, second;
+    if (const CCalendarView* view = CurrentView())
+        view->GetViewButtonText(text, second);
+    if (!text.isEmpty())
+        return text;
+    const bool selects = g_Settings.General.ViewSelectorMode == 1 && m_returnView == -1;
+    return selects ? GetString(StrView) : ViewName(ViewOfButton());
+}
+
 void CMainFrame::UpdateViewButton()
 {
     BuildSoftKeys();
@@ -166,9 +189,7 @@ QString CMainFrame::TitleText() const
 void CMainFrame::UpdateTitle()
 {
     if (Layout().Title.isEmpty()) {
-        const CCalendarView* view = CurrentView();
-        const QString text = view ? view->GetTitleText() : QString();
-        setWindowTitle(text.isEmpty() ? GetString(StrProgramTitle) : text);
+        setWindowTitle(TitleText());
     } else {
         setWindowTitle(GetString(StrProgramTitle));
         Invalidate(Layout().Title);

@@ -13,8 +13,8 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QTimer>
 #include <algorithm>
 #include <limits>
@@ -88,7 +88,7 @@ void CMainFrame::Shutdown(bool quit)
     if (wasUp)
         PimStore().Shutdown(); // which lets go of our timers
     if (quit)
-        QCoreApplication::quit();
+        QApplication::quit();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event)
@@ -115,7 +115,10 @@ bool CMainFrame::LeaveMenu()
     CTouchMenu* menu = CTouchMenu::Current();
     if (menu)
         menu->Choose(CmdNone);
-    return menu != nullptr;
+    QWidget* popup = QApplication::activePopupWidget();
+    if (popup)
+        popup->close();
+    return menu || popup;
 }
 
 void CMainFrame::FetchMetrics()

@@ -62,10 +62,14 @@ public:
     void OnSystemColors();
 
     // ---- for tests, and for pictures without a display
-    static bool OffersCommand(int command); // this build has a handler for it
+    static bool OffersCommand(int command); // there is a handler for it, and what it acts on
+    static bool HasView(int kind);
     CFrameLayout Layout() const;
     const CSoftKeyBar& SoftKeys() const { return m_softKeys; }
-    QString TitleText() const; // with the mark of a filter
+    QString TitleText() const;      // with the mark of a filter
+    QString ViewButtonText() const; // what the view button leads to
+    // The menu of commands over the frame's own parts and by right click; empty when the view has none.
+    void FillShellMenu(QMenu& menu);
     CNumberedTimers& Timers() { return m_timers; }
     CTimeWatcher& TimeWatcher() { return m_timeWatcher; }
     bool IsUp() const { return m_up; }
@@ -83,6 +87,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     using Handler = void (CMainFrame::*)(int command);
@@ -90,7 +96,11 @@ private:
         int Command;
         Handler Handle;
     };
-    static const CommandRow* FindCommand(int command);
+    struct CommandRange {
+        int First, Last;
+        Handler Handle;
+    };
+    static Handler FindHandler(int command); // null: none
 
     void FetchMetrics();
     void LoadLook();
@@ -101,6 +111,8 @@ private:
     QRect ViewGeometry() const; // logical
     void Relayout();
     void UpdateViewButton();
+    int ViewOfButton() const;
+    void RunMenu(CTouchMenu& menu);
     void BuildSoftKeys();
     void UpdateKeysAt(QPoint logical, bool pressed);
     void Invalidate(const QRect& surface);
@@ -118,6 +130,13 @@ private:
     void CmdShowKind(int command);
     void CmdMoveDate(int command);
     void CmdOpenMenu(int);
+    void CmdOpenFilterMenu(int);
+    void CmdChooseFilter(int command);
+    void CmdOpenSelected(int);
+    void CmdSortTasks(int command);
+    void CmdTellTasksView(int command);
+    void CmdTellCurrentView(int command);
+    void CmdTellSearchView(int command);
     void CmdDeleteItem(int);
     void CmdDuplicateItem(int);
     void CmdToggleSelected(int);

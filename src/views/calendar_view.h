@@ -58,6 +58,8 @@ public:
     virtual QString GetCursorDateText() const;
     virtual void GoToToday() {}
 
+    // A command of the frame that is this view's business; what it does not know it ignores.
+    virtual void OnCommand(int) {}
     // A key by its number (touch/virtual_keys.h); true when the view did something with it.
     virtual bool OnKey(int key);
     // The view as it would show, painted now, in surface pixels; needs no display.

@@ -1,7 +1,21 @@
 #include "views/painting_order.h"
+#include "forms/message_dialog.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
 
-#include <QMessageBox>
+#include <QApplication>
 #include <algorithm>
+
+namespace
+{
+void TellOrderProblem()
+{
+    CMessageDialog(GetString(StrOrderItemProblem) + GetString(StrSupportContact) +
+                       GetString(StrOrderItemProblemEnd),
+                   GetString(StrErrorCaption), CMessageDialog::Kind::Warning)
+        .Run(QApplication::activeWindow());
+}
+} // namespace
 
 CItemIdentity CItemIdentity::Of(const CPimItem& item)
 {
@@ -17,10 +31,7 @@ CPaintingOrderItem::CPaintingOrderItem(CPimRecord* event, CPimItem* item, int da
     : m_event(event), m_item(item), m_date(date), m_order(order), m_id(item ? item->RecordOid : 0)
 {
     if (event && item)
-        QMessageBox::critical(
-            nullptr, QStringLiteral("Error"),
-            QStringLiteral("CPaintingOrderItem creation problem! Please report this error message to "
-                           "the Tessera authors with error code:: 1000020"));
+        TellOrderProblem();
     if (item)
         m_identity = CItemIdentity::Of(*item);
 }

@@ -39,7 +39,7 @@ TEST_F(MainFrame, ComesUpOnTodayWithKeysAndTitle)
     ASSERT_TRUE(m_created);
     EXPECT_EQ(PimStore().CursorDate(), kToday);
     EXPECT_EQ(SubjectsOf(kToday), QStringList{"here"});
-    EXPECT_EQ(CommandsOf(frame.SoftKeys()), (std::vector<int>{CmdDateBack, CmdDateForward, CmdMenu}));
+    EXPECT_EQ(CommandsOf(frame.SoftKeys()), (std::vector<int>{CmdViewButton, CmdDateBack, CmdDateForward, CmdMenu}));
     EXPECT_TRUE(frame.TitleText().contains("2026")) << frame.TitleText().toStdString();
     EXPECT_EQ(frame.windowTitle(), "Tessera") << "the strip has the view's own";
     EXPECT_EQ(frame.CurrentView()->geometry(), QRect(14, 0, 226, 280));
@@ -69,7 +69,9 @@ TEST_F(MainFrame, RequestsChooseTheFirstDate)
         g_CommandRequest = CCommandRequest();
         Start(c.Request);
         EXPECT_EQ(PimStore().CursorDate(), c.Day) << c.Request.toStdString();
-        EXPECT_EQ(g_Settings.General.LastView, kViewDaily) << "the view of this build";
+        const int asked = g_CommandRequest.View == -1 ? kViewDaily : g_CommandRequest.View;
+        EXPECT_EQ(g_Settings.General.LastView, CMainFrame::HasView(asked) ? asked : kViewDaily);
+        g_Settings.General.LastView = kViewDaily;
         m_frame.reset();
     }
 }
