@@ -34,6 +34,13 @@ int DayOfDateKey(int key, int day)
     }
 }
 
+int SameDayOfMonth(int inMonth, int day)
+{
+    SystemTime first, last;
+    GetMonthBounds(SystemTimeOf(inMonth), &first, &last);
+    return DayNumber(DateOf(first)) + std::min(SystemTimeOf(day).wDay, last.wDay) - 1;
+}
+
 int NearestShowableDay(int day)
 {
     static const int first = DayNumberOf(100, 1, 1) + kMargin, last = DayNumberOf(9999, 12, 31) - kMargin;

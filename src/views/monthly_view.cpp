@@ -209,6 +209,12 @@ void CMonthlyView::ChangeMonth(int direction)
     GoToDate(target);
 }
 
+void CMonthlyView::GoToMonth(int inMonth)
+{
+    const CWaitCursor wait;
+    GoToDate(SameDayOfMonth(inMonth, CursorDay()));
+}
+
 void CMonthlyView::MoveDate(int delta)
 {
     if (delta == 0)

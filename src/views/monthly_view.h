@@ -31,6 +31,9 @@ public:
     void GoToToday() override;
     bool OnKey(int key) override;
 
+    // Goes to the month that `inMonth` lies in, and there to the cursor's day of the month.
+    void GoToMonth(int inMonth);
+
     // For tests and for what drives the view from outside.
     CMonthGrid& Grid() { return m_grid; }
     CTouchNavigator& Scroller() { return m_touch; }

@@ -136,6 +136,24 @@ TEST_F(Monthly, MonthsEndWhereTheShorterOneDoes)
     EXPECT_EQ(Cursor(), kToday);
 }
 
+TEST_F(Monthly, AMonthChosenByOneOfItsDaysKeepsTheDayOfTheMonth)
+{
+    const struct {
+        int From, Chosen, Day;
+    } cases[] = {{Day(2026, 3, 17), Day(2026, 6, 1), Day(2026, 6, 17)},
+                 {Day(2026, 3, 31), Day(2026, 6, 1), Day(2026, 6, 30)},
+                 {Day(2026, 3, 30), Day(2028, 2, 1), Day(2028, 2, 29)},
+                 {Day(2026, 3, 30), Day(2025, 2, 28), Day(2025, 2, 28)},
+                 {Day(2026, 1, 1), Day(2025, 12, 31), Day(2025, 12, 1)}};
+    for (const auto& c : cases) {
+        PimStore().LoadRange(c.From, c.From, c.From);
+        Open();
+        View->GoToMonth(c.Chosen);
+        EXPECT_EQ(Cursor(), c.Day);
+        EXPECT_FALSE(View->Grid().CellOf(c.Day).isEmpty());
+    }
+}
+
 TEST_F(Monthly, MonthsOfAWindowOfWeeksMoveFiveWeeks)
 {
     g_Settings.MonthView.ScrollByWeeks = 1;

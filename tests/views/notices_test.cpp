@@ -5,6 +5,7 @@
 #include "records/property_numbers.h"
 #include "touch/virtual_keys.h"
 #include "views/daily_view.h"
+#include "views/monthly_view.h"
 #include "views_fixture.h"
 
 namespace
@@ -38,12 +39,16 @@ protected:
         Model.reset();
         m_volume.reset();
     }
-    quint32 Save(const QString& subject, int hour)
+    quint32 Save(const QString& subject, double hour, double hours = 1, bool allDay = false,
+                 bool weekly = false)
     {
         auto item = Model->CreateAppointment();
         item->put_Subject(subject);
+        item->put_AllDayEvent(allDay);
         item->put_Start(kToday + hour / 24.0);
-        item->put_End(kToday + (hour + 1) / 24.0);
+        item->put_End(kToday + (hour + hours) / 24.0);
+        if (weekly)
+            item->GetRecurrencePattern();
         EXPECT_TRUE(item->Save().IsOk());
         return item->get_Oid();
     }
@@ -104,4 +109,34 @@ TEST_F(Notices, ADateMoveInAHiddenViewAndBackFindsTheItemsAgain)
     PimStore().LoadRange(kToday, kToday, kToday);
     View->Refresh();
     EXPECT_EQ(Subjects(), QStringList({"Breakfast", "Lunch", "Dinner"}));
+}
+
+TEST_F(Notices, TheMonthShowsEachItemOnTheDailyViewsDays)
+{
+    Save(QStringLiteral("Journey"), 30, 80);
+    Save(QStringLiteral("Night shift"), 22, 8);
+    Save(QStringLiteral("Until midnight"), 20, 4);
+    Save(QStringLiteral("Fair"), -48, 72, true);
+    Save(QStringLiteral("Club"), 18, 1, false, true);
+    CMonthlyView month(Host, nullptr);
+    month.resize(240, 300);
+    month.Create();
+    month.Refresh();
+    month.OnDataChanged(0, 0, 0);
+    PimStore().DrainNotices();
+    View->Refresh();
+    const int first = month.Grid().FirstDay();
+    int shown = 0, rows = 0;
+    for (int day = first; day <= first + 34; ++day) {
+        month.SetCursorDate(day);
+        month.Refresh();
+        View->Refresh();
+        ASSERT_EQ(int(month.Rows().size()), View->Rows().GetCount()) << day - kToday;
+        for (int n = 0; n < View->Rows().GetCount(); ++n)
+            EXPECT_EQ(month.Rows()[size_t(n)].Item, View->Rows().GetAt(n)->m_identity);
+        rows += View->Rows().GetCount();
+        shown += View->Rows().GetCount() > 0;
+    }
+    EXPECT_EQ(rows, 3 + 4 + 2 + 1 + 3 + 3) << "three meals, four days of travel, two of the night, ..";
+    EXPECT_EQ(shown, 9);
 }
