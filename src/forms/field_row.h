@@ -36,7 +36,6 @@ enum FieldRowFlag : quint32 {
 constexpr quint32 kHeaderBit = 0x80000000; // on the id of a header that was made for a row
 constexpr int kIconNone = -1;              // the text stands in the value column
 constexpr int kIconLeft = -2;              // the text begins at the left edge
-constexpr COLORREF kColorDefault = COLORREF(-1);
 
 struct FieldRowDesc {
     quint32 Id;   // string of the label, and the row's name in every exchange
@@ -54,7 +53,7 @@ struct CFieldRow {
     QString Label;
     int Index = 0;
     DATE Date = 0;
-    COLORREF Color = kColorDefault;
+    COLORREF Color = kColorNotSet; // kColorNotSet: the default one
     QRect Rect; // of the content; without the line below
     bool Included = true, Hidden = false;
     QRect DigitBox; // the "##", of the content
@@ -74,8 +73,9 @@ QString FieldDateValue(const CFieldRow& row); // of a Date, Time or DateTime row
 // ---- measures
 int FieldRowStep();   // from one row's top to the next one's, the line included
 int FieldValueLeft(); // the value column
-QRect FieldCheckBox(const QRect& row); // the include box
+QRect FieldIncludeBox(const CFieldRow& row, const QRect& rect);
 int FieldTextLeft(const CFieldRow& row, const QRect& rect);
+QRect FieldValueRect(const CFieldRow& row, const QRect& rect); // the live control's
 // The three pieces of a digits-only row.
 struct FieldDigits {
     QString Left, Right;
