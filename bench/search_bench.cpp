@@ -48,6 +48,7 @@ void Search(benchmark::State& state, int limit, int stopAt)
     CSearchRequest request;
     request.Text = QString::fromLatin1(kTexts[state.range(0)]);
     request.Limit = limit;
+    request.SearchTasks = stopAt == INT_MAX; // else the first one would be a task
     state.SetLabel(kTexts[state.range(0)]);
     CCount count;
     qint64 longest = 0;

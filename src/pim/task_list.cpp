@@ -8,6 +8,8 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
+#include <unordered_map>
+
 namespace
 {
 enum Row {
@@ -114,10 +116,9 @@ void CTaskList::Clear()
 
 // ---- groups
 
-bool MatchesItemsToView(const CTask& task)
+bool MatchesItemsToView(const CTask& task, int today)
 {
     const int due = DayNumber(task.End);
-    const int today = GetToday();
     switch (g_Settings.TasksView.ItemsToView) {
     case 255:
         return true;
@@ -142,14 +143,25 @@ bool MatchesItemsToView(const CTask& task)
     }
 }
 
-void CTaskGroup::Add(const CTask& task, bool matches)
+void CTaskGroup::Add(const CTask& task, bool matches, Where where)
 {
     auto entry = std::make_unique<CTaskListEntry>();
     task.CopyTo(*entry);
     entry->MatchesView = matches;
     VisibleCount += entry->Visible && matches ? 1 : 0;
-    Tasks.insert(PlaceOfTask(Tasks, *entry), std::move(entry));
+    Tasks.insert(where == Where::Last ? Tasks.end() : PlaceOfTask(Tasks, *entry), std::move(entry));
 }
+
+struct CTaskList::CPlacing {
+    CPlacing(const CCategoryStore& categories, CTaskGroup::Where where) : Where(where)
+    {
+        for (int i = 0; i < categories.GetCount(); ++i)
+            IndexOf.emplace(categories.GetAt(i)->Id, i);
+    }
+    int Today = GetToday();
+    CTaskGroup::Where Where;
+    std::unordered_map<qint32, int> IndexOf; // by a category's number, in name order
+};
 
 CTaskGroup& CTaskList::GroupOf(quint32 number, const QString& name)
 {
@@ -165,38 +177,38 @@ CTaskGroup& CTaskList::GroupOf(quint32 number, const QString& name)
     return **m_groups.insert(at, std::move(group));
 }
 
-void CTaskList::InsertIntoGroups(const CTask& task)
+void CTaskList::InsertIntoGroups(const CTask& task, const CPlacing& placing)
 {
-    const bool matches = MatchesItemsToView(task);
+    const auto put = [&, matches = MatchesItemsToView(task, placing.Today)](quint32 number, const QString& name) {
+        GroupOf(number, name).Add(task, matches, placing.Where);
+    };
     switch (g_Settings.TasksView.Sort1) {
     case kByCategory: {
         bool inAny = false;
-        for (int i = 0; i < m_categories.GetCount() && !task.Categories.IsEmpty(); ++i) {
-            const CCategory* category = m_categories.GetAt(i);
-            if (!task.Categories.Contains(category->Id))
+        for (const qint32 number : task.Categories) {
+            const auto at = placing.IndexOf.find(number);
+            if (at == placing.IndexOf.end())
                 continue;
-            GroupOf(quint32(i) + 1, category->Name).Add(task, matches);
+            put(quint32(at->second) + 1, m_categories.GetAt(at->second)->Name);
             inAny = true;
         }
         if (!inAny)
-            GroupOf(kNoCategoryGroup, GetString(StringId::StrNoCategory)).Add(task, matches);
+            put(kNoCategoryGroup, GetString(StringId::StrNoCategory));
         return;
     }
     case kByCompletion:
-        if (task.Complete)
-            GroupOf(0, GetString(StringId::StrCompletedTasks)).Add(task, matches);
-        else
-            GroupOf(1, GetString(StringId::StrActiveTasks)).Add(task, matches);
+        put(task.Complete ? 0 : 1,
+            GetString(task.Complete ? StringId::StrCompletedTasks : StringId::StrActiveTasks));
         return;
     case kByPriority: {
         constexpr int kNames[] = {StringId::StrLowPriorityTasks, StringId::StrNormalPriorityTasks,
                                   StringId::StrHighPriorityTasks};
         const int priority = std::clamp(task.Priority, 0, 2);
-        GroupOf(quint32(priority), GetString(kNames[priority])).Add(task, matches);
+        put(quint32(priority), GetString(kNames[priority]));
         return;
     }
     default:
-        GroupOf(0, QString()).Add(task, matches);
+        put(0, QString());
     }
 }
 
@@ -217,23 +229,23 @@ void CTaskList::BuildGroups()
 {
     m_grouped = true;
     // Sorted before, so that each entry joins the end of its group.
-    std::vector<std::unique_ptr<CTaskListEntry>> sorted;
-    for (const auto& [oid, task] : m_tasks) {
-        sorted.push_back(std::make_unique<CTaskListEntry>());
-        task.CopyTo(*sorted.back());
-    }
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [](const auto& a, const auto& b) { return a->Compare(*b) > 0; });
-    for (const auto& task : sorted)
-        InsertIntoGroups(*task);
+    std::vector<const CTask*> sorted;
+    sorted.reserve(m_tasks.size());
+    for (const auto& [oid, task] : m_tasks)
+        sorted.push_back(&task);
+    SortForGroups(sorted);
+    const CPlacing placing(m_categories, CTaskGroup::Where::Last);
+    for (const CTask* task : sorted)
+        InsertIntoGroups(*task, placing);
 }
 
 void CTaskList::RefreshMatches()
 {
+    const int today = GetToday();
     for (const auto& group : m_groups) {
         group->VisibleCount = 0;
         for (const auto& task : group->Tasks) {
-            task->MatchesView = MatchesItemsToView(*task);
+            task->MatchesView = MatchesItemsToView(*task, today);
             group->VisibleCount += task->Visible && task->MatchesView ? 1 : 0;
         }
     }
@@ -276,6 +288,7 @@ std::vector<CCalendarTask*> CTaskList::Read(const std::shared_ptr<CPropertyVolum
     CTaskReader reader(m_categories);
     if (oids.empty() || !reader.Open(volume))
         return found;
+    const CPlacing placing(m_categories, CTaskGroup::Where::InOrder);
     for (const CEOID oid : oids) {
         CCalendarTask task;
         if (reader.Seek(SeekType::CeOid, {0, qint64(oid)}) != oid || reader.ReadTask(task) != oid)
@@ -283,7 +296,7 @@ std::vector<CCalendarTask*> CTaskList::Read(const std::shared_ptr<CPropertyVolum
         Remove(oid);
         CCalendarTask& kept = m_tasks.emplace(oid, std::move(task)).first->second;
         if (m_grouped)
-            InsertIntoGroups(kept);
+            InsertIntoGroups(kept, placing);
         found.push_back(&kept);
     }
     return found;

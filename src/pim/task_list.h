@@ -23,11 +23,16 @@ private:
     std::vector<CEPROPVAL> m_rows;
 };
 
+// As CTaskListEntry::Compare, for any task, and many at once.
+int CompareInGroups(const CTask& a, const CTask& b);
+void SortForGroups(std::vector<const CTask*>& tasks);
+
 class CTaskGroup : public CPimRecord
 {
 public:
     int GetKind() const override { return 0; }
-    void Add(const CTask& task, bool matches);
+    enum class Where { InOrder, Last };
+    void Add(const CTask& task, bool matches, Where where);
 
     // The group's number stands in ItemId.
     QString Name;
@@ -36,7 +41,7 @@ public:
 };
 
 // Whether a task is one of those that the tasks view is set to show.
-bool MatchesItemsToView(const CTask& task);
+bool MatchesItemsToView(const CTask& task, int today = GetToday());
 
 class CTaskList
 {
@@ -60,8 +65,9 @@ public:
                                      const std::vector<CEOID>& oids);
 
 private:
+    struct CPlacing; // what the placing of many tasks shares
     void BuildGroups();
-    void InsertIntoGroups(const CTask& task);
+    void InsertIntoGroups(const CTask& task, const CPlacing& placing);
     CTaskGroup& GroupOf(quint32 number, const QString& name);
 
     CCategoryStore& m_categories;

@@ -357,3 +357,34 @@ TEST_F(TaskTest, DeletingSkipsTheDateOfASeriesAndDuplicatingKeepsTheNote)
     EXPECT_EQ(TasksOf("2026-03-23"), QStringList());
     EXPECT_FALSE(m_store.DeleteTask(*m_app, id, nullptr));
 }
+
+TEST_F(TaskTest, SortingManyIsTheOrderOfComparing)
+{
+    const QStringList subjects = {"b", "B2", "a", "abcde", "ABCDF", "", "\u00e4", "Abcd", "Sixteen letters a", "sixteen Letters A2", "\U0001F600", "\uff21"};
+    unsigned state = 1;
+    const auto next = [&state](unsigned below) { return (state = state * 1103515245 + 12345) / 65536 % below; };
+    std::vector<CCalendarTask> tasks(200);
+    for (const bool twoUnits : {false, true}) {
+        for (CCalendarTask& task : tasks) {
+            task.Subject = subjects[next(twoUnits ? 12 : 10)];
+            task.End = next(3) == 0 ? NO_DATE : 46000 + next(4);
+            task.Start = next(2) == 0 ? NO_DATE : 45990 + next(3);
+            task.Priority = int(next(3));
+            task.Complete = next(2) == 0;
+        }
+        for (const auto& [key1, key2, direction] :
+             {std::array{105, 0, 0}, {106, 1, 1}, {107, 3, 0}, {0, 2, 1}, {4, 0, 1}, {2, 104, 0}, {103, 102, 1}}) {
+            g_Settings.TasksView.Sort1 = key1;
+            g_Settings.TasksView.Sort2 = key2;
+            g_Settings.TasksView.Sort2Direction = direction;
+            std::vector<const CTask*> sorted, expected;
+            for (const CCalendarTask& task : tasks)
+                sorted.push_back(&task);
+            expected = sorted;
+            SortForGroups(sorted);
+            std::stable_sort(expected.begin(), expected.end(),
+                             [](const auto* a, const auto* b) { return CompareInGroups(*a, *b) > 0; });
+            EXPECT_EQ(sorted, expected) << key1 << " " << key2 << " " << direction;
+        }
+    }
+}
