@@ -279,8 +279,9 @@ void CFieldForm::PlaceControls(bool valuesToo)
         m_controls->HideAll();
     } else {
         const CFieldRow& row = m_rows[size_t(m_selected)];
-        if (valuesToo)
+        if (valuesToo || m_valuesOf != row.Id)
             m_controls->SetValues(row);
+        m_valuesOf = row.Id;
         const QRect rect = RowRect(row.Id);
         QWidget* const had = focusWidget();
         QWidget* const control =
@@ -298,6 +299,12 @@ void CFieldForm::PlaceControls(bool valuesToo)
     title = title.remove(QStringLiteral("##")).simplified();
     if (GetTitle() != title)
         SetTitle(title);
+}
+
+void CFieldForm::TakeFocus()
+{
+    CFormDialog::TakeFocus();
+    PlaceControls(true);
 }
 
 bool CFieldForm::CommitRow()

@@ -79,6 +79,7 @@ protected:
     int ContentHeight(int width) override;
     void OnLayout(const QRect& client) override;
     void PaintContent(QPainter& dc, const QRect& client) override;
+    void TakeFocus() override;
     void OnDone() override; // commits, then Save
     void OnKey(int key) override;
     void OnLButtonDown(QPoint at) override;
@@ -119,5 +120,5 @@ private:
     int m_contentHeight = 0;
     bool m_built = false, m_placing = false, m_committing = false;
     bool m_titleFollowsRow = true;
-    bool m_keyboardWanted = false; // the user went to a text row, rather than the opening form
+    quint32 m_valuesOf = 0; // the row whose values the controls hold
 };

@@ -78,7 +78,7 @@ void CFormDialog::OpenOver(QWidget* window)
     window->installEventFilter(this);
     raise();
     show();
-    setFocus();
+    TakeFocus();
 }
 
 void CFormDialog::OpenAsWindow(const QWidget* model)
@@ -91,7 +91,7 @@ void CFormDialog::OpenAsWindow(const QWidget* model)
     ApplyLayout();
     show();
     activateWindow();
-    setFocus();
+    TakeFocus();
 }
 
 void CFormDialog::CloseWindow()

@@ -56,6 +56,7 @@ protected:
     virtual bool SlidesIn() const { return false; }        // where the setting allows it
     virtual int ContentHeight(int) { return kAllThereIs; } // on a page of that width
     virtual void OnLayout(const QRect&) {}                 // the client area is new
+    virtual void TakeFocus() { setFocus(); }               // it has opened
     virtual void PaintContent(QPainter& dc, const QRect& client) = 0;
     virtual void OnCommand(int command); // of a soft key; the base knows Done and Cancel
     virtual void OnDone() { End(kDone); }

@@ -33,7 +33,9 @@ CFormDialogLayout CFormDialogLayout::Of(QSize window, bool hasTitle, int content
         const int room = std::max(height - 2 * D(kCardMargin), std::min(height, title + keys));
         height = std::min(title + contentHeight + keys, room);
     }
-    const int x = (window.width() - width) / 2, y = (window.height() - height) / 2;
+    const int multiple = g_ScreenMetrics.Multiple(); // live controls must lie on whole logical pixels
+    const int x = (window.width() - width) / 2 / multiple * multiple;
+    const int y = (window.height() - height) / 2 / multiple * multiple;
     const int client = std::max(height - title - keys, 0);
     layout.Page = QRect(x, y, width, height);
     if (hasTitle)
