@@ -8,3 +8,7 @@ int DayOfDateKey(int key, int day);
 int SameDayOfMonth(int inMonth, int day);
 // The nearest day around which dates can tell the weeks that a view shows.
 int NearestShowableDay(int day);
+inline bool IsShowableDay(int day)
+{
+    return NearestShowableDay(day) == day;
+}

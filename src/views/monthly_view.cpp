@@ -204,7 +204,7 @@ void CMonthlyView::ChangeMonth(int direction)
 {
     const int target = DayOfDateKey(direction < 0 ? '1' : '3', CursorDay());
     const CWaitCursor wait;
-    if (g_Settings.MonthView.ScrollByWeeks == 1 && NearestShowableDay(target) == target)
+    if (g_Settings.MonthView.ScrollByWeeks == 1 && IsShowableDay(target))
         m_grid.ShiftWeeks(direction * kWeeksOfWindow);
     GoToDate(target);
 }
