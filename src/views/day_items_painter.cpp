@@ -25,6 +25,31 @@ constexpr int kTwoToneAlpha = 50;
 constexpr unsigned kLineText = kTextSingleLine | kTextVCentre | kTextNoPrefix | kTextWordEllipsis;
 enum LeadingRects { kNone, kCategoryColors };
 
+// A task tells its due date, or that it has none, unless it is due on the day.
+bool TellsDate(const CPimItem& task, int day)
+{
+    return task.End == NO_DATE || DayNumber(task.End) != day;
+}
+
+// As it stands before the subject.
+QString DatePrefix(const CTask& task)
+{
+    if (task.End == NO_DATE)
+        return GetString(StrUndatedPrefix);
+    QString date;
+    FormatViewTitle(kDayTitleFormats, kShortDateFormat, task.End, NO_DATE, &date);
+    return GetString(StrDatedPrefix).replace(QLatin1String("%s"), date);
+}
+
+// The same on a line of its own.
+QString DateAlone(const CTask& task)
+{
+    QString text = DatePrefix(task).trimmed();
+    if (text.endsWith(u':'))
+        text.chop(1);
+    return text.trimmed();
+}
+
 // The items that show, in their order.
 template <class Visit> void ForEachItem(const CDayItems& day, bool includeTasks, Visit visit)
 {
@@ -96,14 +121,15 @@ void CDayItemsPainter::Init(const CDayItemsLook& look)
 
 // ---- layout
 
-int CDayItemsPainter::HeightOf(const CPimItem& item) const
+int CDayItemsPainter::HeightOf(const CPimItem& item, int day) const
 {
-    return m_look.TwoLines && item.GetKind() != kKindTask ? 2 * m_lineHeight : m_lineHeight;
+    const bool two = m_look.TwoLines && (item.GetKind() != kKindTask || TellsDate(item, day));
+    return two ? 2 * m_lineHeight : m_lineHeight;
 }
 
-int CDayItemsPainter::StepOf(const CPimItem& item) const
+int CDayItemsPainter::Gap() const
 {
-    return HeightOf(item) + (m_look.TwoLines ? D(1) + D(1) : 0); // the line between two rows
+    return m_look.TwoLines ? D(1) + D(1) : 0;
 }
 
 QRect CDayItemsPainter::CheckBoxOf(const CPimItem& item, const QRect& row) const
@@ -120,9 +146,9 @@ std::vector<CDayItemRow> CDayItemsPainter::LayOut(const CDayItems& day, const QR
     std::vector<CDayItemRow> rows;
     int top = rect.y();
     ForEachItem(day, m_look.IncludeTasks, [&](const CPimItem& item) {
-        const QRect row(rect.x() + D(1), top, rect.width() - 2 * D(1), HeightOf(item));
+        const QRect row(rect.x() + D(1), top, rect.width() - 2 * D(1), HeightOf(item, day.Day));
         rows.push_back({CItemIdentity::Of(item), row, CheckBoxOf(item, row)});
-        top += StepOf(item);
+        top += row.height() + Gap();
     });
     return rows;
 }
@@ -141,9 +167,9 @@ int CDayItemsPainter::PaintDayItems(QPainter& dc, const CDayItems& day, const QR
     dc.setFont(g_ImageStore.Font(m_look.Font));
     int top = rect.y();
     ForEachItem(day, m_look.IncludeTasks, [&](const CPimItem& item) {
-        const QRect row(rect.x() + D(1), top + scroll, rect.width() - 2 * D(1), HeightOf(item));
-        top += StepOf(item);
-        if (row.y() + StepOf(item) <= rect.y() || row.y() >= rect.y() + rect.height())
+        const QRect row(rect.x() + D(1), top + scroll, rect.width() - 2 * D(1), HeightOf(item, day.Day));
+        top += row.height() + Gap();
+        if (row.y() + row.height() + Gap() <= rect.y() || row.y() >= rect.y() + rect.height())
             return;
         PaintRow(dc, item, day.Day, row, !selected.IsNull() && CItemIdentity::Of(item) == selected);
     });
@@ -167,13 +193,12 @@ void CDayItemsPainter::PaintRow(QPainter& dc, const CPimItem& item, int day, con
               day,
               selected || m_look.UseHighlightColors,
               selected ? m_look.Selection : m_look.Background};
-    if (item.GetKind() == kKindTask) {
+    if (rect.height() > m_lineHeight)
+        line.Second = line.Rest.translated(0, m_lineHeight);
+    if (item.GetKind() == kKindTask)
         PaintTask(line, static_cast<const CTask&>(item));
-    } else {
-        if (m_look.TwoLines)
-            line.Second = line.Rest.translated(0, m_lineHeight);
+    else
         PaintAppointment(line, static_cast<const CAppointment&>(item));
-    }
     if (m_look.TwoLines)
         FillSolid(dc, {rect.x(), rect.y() + rect.height(), rect.width(), D(1)}, kRowLine);
 }
@@ -217,16 +242,15 @@ void CDayItemsPainter::PaintTask(Line& line, const CTask& item) const
     else if (item.Priority == kPriorityLow)
         line.LeadingPicture(PictureSmallPriorityLow, D(1));
     PaintIcons(line, item);
-    QString prefix;
-    if (item.End == NO_DATE) {
-        prefix = GetString(StrUndatedPrefix);
-    } else if (DayNumber(item.End) != line.Day) {
-        QString date;
-        FormatViewTitle(kDayTitleFormats, kShortDateFormat, item.End, NO_DATE, &date);
-        prefix = GetString(StrDatedPrefix).replace(QLatin1String("%s"), date);
-    }
     line.Dc.setPen(ToQColor(line.Bright ? m_look.HighlightText : m_colors.OfDue(item)));
-    line.Text(prefix + item.Subject, line.Rest);
+    if (!TellsDate(item, line.Day)) {
+        line.Text(item.Subject, line.Rest);
+    } else if (line.Second.isEmpty()) {
+        line.Text(DatePrefix(item) + item.Subject, line.Rest);
+    } else {
+        line.Text(DateAlone(item), line.Rest);
+        line.Text(item.Subject, line.Second.adjusted(D(1), 0, 0, 0));
+    }
 }
 
 // From the right end leftwards; what is left of the line ends before them.

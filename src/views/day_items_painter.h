@@ -17,7 +17,7 @@ struct CDayItemsLook {
     int Font = 0; // number
     bool IncludeTasks = true;
     bool UseHighlightColors = false; // a popped-out ground: every text in HighlightText
-    bool TwoLines = false;           // an appointment's time stands above its subject
+    bool TwoLines = false;           // an appointment's time, or a task's date, stands above its subject
     COLORREF Background = kColorWhite;
     COLORREF HighlightText = kColorWhite;
     COLORREF GeneralText = 0;
@@ -54,8 +54,8 @@ private:
     void PaintTask(Line& line, const CTask& item) const;
     void PaintIcons(Line& line, const CPimItem& item) const;
     QRect CheckBoxOf(const CPimItem& item, const QRect& row) const;
-    int HeightOf(const CPimItem& item) const;
-    int StepOf(const CPimItem& item) const;
+    int HeightOf(const CPimItem& item, int day) const;
+    int Gap() const; // between two rows, the line there included
 
     CDayItemsLook m_look;
     CItemColors m_colors;

@@ -11,6 +11,7 @@
 #include "views/month_grid.h"
 
 #include <QPainter>
+#include <QStringList>
 #include <algorithm>
 #include <set>
 
@@ -37,6 +38,26 @@ void CopyBlock(QImage& to, const QImage& from, const QRect& block)
     for (int y = part.top(); y <= part.bottom(); ++y)
         std::copy_n(reinterpret_cast<const quint32*>(from.constScanLine(y)) + part.x(), part.width(),
                     reinterpret_cast<quint32*>(to.scanLine(y)) + part.x());
+}
+
+// The days' names from the first on: as the locale shortens them, or where a column has no room for
+// that, without the dot, or the first letters alone.
+QStringList DayNames(int firstDay, int width)
+{
+    const QFont& font = g_ImageStore.Font(kFontTitle);
+    QStringList names;
+    for (int column = 0; column < CMonthGridLayout::kColumns; ++column)
+        names << GetDateFormat(DateFlag::Picture, SystemTimeOf(firstDay + column), QStringLiteral("ddd"));
+    const auto fits = [&](const QString& name) { return TextWidth(font, name) + D(2) <= width; };
+    if (std::all_of(names.cbegin(), names.cend(), fits))
+        return names;
+    for (QString& name : names)
+        name.remove(u'.');
+    if (!std::all_of(names.cbegin(), names.cend(), fits)) {
+        for (QString& name : names)
+            name.truncate(1);
+    }
+    return names;
 }
 
 // The categories that a visible item of the day has.
@@ -125,12 +146,10 @@ void CMonthGrid::PaintTitleRow(QPainter& dc) const
     FillTwoTone(dc, {0, 0, m_layout.Width(), height}, m_colors.TitleBack, kColorWhite, kTwoToneAlpha, false);
     dc.setFont(g_ImageStore.Font(kFontTitle));
     dc.setPen(ToQColor(m_colors.TitleText));
-    for (int column = 0; column < CMonthGridLayout::kColumns; ++column) {
-        const QString name =
-            GetDateFormat(DateFlag::Picture, SystemTimeOf(m_firstDay + column), QStringLiteral("ddd"));
-        DrawText(dc, name, m_layout.TitleCell(column),
+    const QStringList names = DayNames(m_firstDay, m_layout.TitleCell(1).width());
+    for (int column = 0; column < CMonthGridLayout::kColumns; ++column)
+        DrawText(dc, names[column], m_layout.TitleCell(column),
                  kTextCentre | kTextVCentre | kTextSingleLine | kTextNoPrefix);
-    }
     FillSolid(dc, {0, height, m_layout.Width(), 1}, kColorBlack);
 }
 

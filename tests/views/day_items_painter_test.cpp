@@ -96,18 +96,25 @@ TEST_F(DayItems, VisibleItemsHaveALineEach)
     EXPECT_EQ(Rows.size(), 2u);
 }
 
-TEST_F(DayItems, TwoLinesAreForAppointments)
+TEST_F(DayItems, TwoLinesAreForWhatHasATimeOrADate)
 {
     Look.TwoLines = true;
     AddToday(1, QStringLiteral("A"), 8);
     AddTask(4, kToday);
+    AddTask(5, NO_DATE);
     const QImage picture = Paint();
-    ASSERT_EQ(Rows.size(), 2u);
-    EXPECT_EQ(Rows[0].Rect.height(), 2 * LineHeight);
-    EXPECT_EQ(Rows[1].Rect.y(), 2 * LineHeight + 2) << "a line and a pixel beyond it";
-    EXPECT_EQ(Rows[1].Rect.height(), LineHeight);
-    EXPECT_EQ(picture.pixel(50, 2 * LineHeight), ToQColor(0xC0C0C0).rgb());
-    EXPECT_EQ(Bottom, 3 * LineHeight + 4);
+    ASSERT_EQ(Rows.size(), 3u);
+    const int heights[] = {2, 1, 2};
+    int top = 0;
+    for (size_t n = 0; n < 3; ++n) {
+        EXPECT_EQ(Rows[n].Rect.y(), top);
+        EXPECT_EQ(Rows[n].Rect.height(), heights[n] * LineHeight);
+        top += heights[n] * LineHeight;
+        EXPECT_EQ(picture.pixel(50, top), ToQColor(0xC0C0C0).rgb());
+        top += 2;
+    }
+    EXPECT_EQ(Bottom, top);
+    EXPECT_LT(Rows[2].CheckBox.y() + Rows[2].CheckBox.height(), Rows[2].Rect.y() + LineHeight + 1);
 }
 
 TEST_F(DayItems, AScrolledListShowsTheSameMovedUp)
