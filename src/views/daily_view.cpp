@@ -8,8 +8,6 @@
 #include "views/date_keys.h"
 #include "views/view_menus.h"
 
-#include <algorithm>
-
 namespace
 {
 constexpr int kFontText = 600, kFontSubject = 601, kFontSubjectPast = 602;
@@ -17,41 +15,32 @@ constexpr int kColorText = 3001, kColorSubject = 3002, kColorLocation = 3003, kC
               kColorSpecial = 3005;
 constexpr int kColorBack = 3006, kColorSelection = 3007, kColorStripBack = 3009, kColorStripBorder = 3010;
 constexpr int kColorSeparator = 3011, kColorBarBack = 3012, kColorBarBorder = 3013;
-constexpr int kSelectMargin = 8; // design pixels kept visible beyond a row chosen by key
 constexpr int kDaysFromWeekStart = 34;
 constexpr int kNoBar = 0; // of IncludeTimelines
 constexpr int kPastInvisible = 2;
 } // namespace
 
-CDailyView::CDailyView(IViewHost& host, QWidget* parent) : CCalendarView(host, parent) {}
+CDailyView::CDailyView(IViewHost& host, QWidget* parent) : CItemRowView(host, parent) {}
 
 CDailyView::~CDailyView() = default;
 
 // ---- data: cached days -> rows
 
-void CDailyView::ForgetRows()
-{
-    m_rowCache.Clear();
-    m_selected = nullptr;
-    m_rows.Clear();
-    m_timelineDay = CTimelineDay();
-    m_dirty = true;
-}
-
 void CDailyView::BuildRows()
 {
     ForgetRows();
+    m_timelineDay = CTimelineDay();
     const DATE cursor = PimStore().CursorDate();
     CDayItems* day = cursor == NO_DATE ? nullptr : PimStore().FindDay(DayNumber(cursor));
     if (!day)
         return;
     for (const auto& appointment : day->Appointments) {
         if (!appointment->Past || g_Settings.DailyView.PastAppointments != kPastInvisible)
-            AddRow(*appointment, day->Day);
+            m_list.AddItem(*appointment, day->Day);
     }
     if (g_Settings.Tasks.IncludeInCalendar) {
         for (const auto& task : day->Tasks)
-            AddRow(*task, day->Day);
+            m_list.AddItem(*task, day->Day);
     }
     for (size_t n = 0; n < m_timelineDay.Slots.size(); ++n)
         m_timelineDay.Slots[n] = {day->HourSlots[n].ItemId, day->HourSlots[n].Color};
@@ -59,20 +48,10 @@ void CDailyView::BuildRows()
     m_timelineDay.TaskCount = day->TaskCount;
 }
 
-void CDailyView::AddRow(CPimItem& item, int day)
+void CDailyView::OnSelectionChanged()
 {
-    item.LayoutTop = item.LayoutBottom = 0;
-    if (item.Visible)
-        m_rows.InsertInOrder(std::make_unique<CPaintingOrderItem>(nullptr, &item, day, m_rows.GetCount()));
-}
-
-void CDailyView::Select(CPaintingOrderItem* row)
-{
-    if (row != m_selected)
-        m_rowCache.DropSelected();
-    m_selected = row;
     if (m_timeline) {
-        m_timeline->SetSelected(row ? row->m_identity.ItemId : 0);
+        m_timeline->SetSelected(SelectedIdentity().ItemId);
         update();
     }
 }
@@ -81,8 +60,8 @@ void CDailyView::OnDataChanged(int, quint32, quint32)
 {
     const CItemIdentity selected = SelectedIdentity();
     BuildRows();
-    CPaintingOrderItem* row = m_rows.Find(selected);
-    Select(row ? row : m_rows.GetAt(0));
+    CPaintingOrderItem* row = Rows().Find(selected);
+    Select(row ? row : Rows().GetAt(0));
     update();
     m_touch.Redraw(true);
 }
@@ -98,7 +77,7 @@ void CDailyView::Refresh()
     if (cursor != NO_DATE && !PimStore().FindDay(DayNumber(cursor)))
         PimStore().LoadRange(cursor, DayNumber(cursor), DayNumber(cursor));
     BuildRows();
-    Select(m_rows.GetAt(0));
+    Select(Rows().GetAt(0));
     update();
     if (!m_touch.SetScroll(0, 0))
         m_touch.Redraw(true);
@@ -109,26 +88,21 @@ void CDailyView::Refresh()
 
 void CDailyView::OnCreate()
 {
-    m_created = true;
     if (PimStore().CursorDate() == NO_DATE)
         PimStore().LoadRange(GetToday(), GetToday(), GetToday());
-    PrepareLook();
-    const QRect list = ListArea();
-    m_touch.Attach(0, this, this, list.x(), list.y(), list.width(), list.height());
+    CItemRowView::OnCreate();
 }
 
 void CDailyView::PrepareLook()
 {
     m_colorText = g_Settings.ResolveColor(kColorText);
-    m_colorBack = g_Settings.ResolveColor(kColorBack);
-    m_colorSelection = g_Settings.ResolveColor(kColorSelection);
-    m_colorSeparator = g_Settings.ResolveColor(kColorSeparator);
+    const COLORREF selection = g_Settings.ResolveColor(kColorSelection);
     const auto& settings = g_Settings.DailyView;
     m_rowPainter.InitRowPainter({settings.SingleLine == 1, settings.OnlyStartTime == 1,
                                  settings.IncludeLeadingRects, kFontText, kFontSubject, kFontSubjectPast,
                                  g_Settings.ResolveColor(kColorSubject), g_Settings.ResolveColor(kColorTime),
                                  g_Settings.ResolveColor(kColorLocation),
-                                 g_Settings.ResolveColor(kColorSpecial), m_colorSelection});
+                                 g_Settings.ResolveColor(kColorSpecial), selection});
     m_timeline.reset();
     if (settings.IncludeTimelines != kNoBar) {
         m_timeline = std::make_unique<CTimelineBar>(CTimelineColors{
@@ -137,25 +111,14 @@ void CDailyView::PrepareLook()
             g_Settings.ResolveColor(kColorBarBorder)});
         m_timeline->SetSelected(m_selected ? m_selected->m_identity.ItemId : 0);
     }
-    m_rowCache.Clear();
-    m_dirty = true;
-}
-
-void CDailyView::OnResize()
-{
-    if (m_hidden)
-        BuildRows();
-    PrepareLook();
-    if (!m_touch.SetArea(ListArea()))
-        m_touch.Redraw(true);
-    update();
-}
-
-void CDailyView::OnDeactivate()
-{
-    m_hidden = true;
-    m_touch.StopMotion();
-    m_rowCache.Clear();
+    CItemRowListLook look;
+    look.Back = g_Settings.ResolveColor(kColorBack);
+    look.Selection = selection;
+    look.Separator = g_Settings.ResolveColor(kColorSeparator);
+    look.PopOut = settings.PopOut;
+    look.IncludeLocation = settings.IncludeLocation == 1;
+    look.BottomMargin = D(2);
+    m_list.SetLook(look);
 }
 
 void CDailyView::OnClockChanged(int)
@@ -167,77 +130,16 @@ void CDailyView::OnClockChanged(int)
 
 // ---- input: hit -> command
 
-bool CDailyView::OnPress(quint32, int x, int y)
-{
-    Select(RowAt(x, y));
-    return true;
-}
-
-void CDailyView::OnDragStart(quint32) {}
-
-void CDailyView::OnTap(quint32, int x, int y)
-{
-    Select(RowAt(x, y));
-    if (!m_selected)
-        return;
-    if (HitsCheckBox(*m_selected, {x, y}))
-        m_host.SendCommand(CmdToggleTask);
-    else
-        RunItemMenu();
-}
-
-void CDailyView::OnContextMenu(QPoint at)
-{
-    m_touch.CancelTouch(); // its release would come under the menu, as a tap
-    if (m_touch.Area().contains(at)) {
-        Select(RowAt(at.x(), at.y() - m_touch.Area().y() - m_touch.Scroll()));
-        m_touch.Redraw(true);
-    }
-    if (m_selected)
-        RunItemMenu();
-}
-
-void CDailyView::RunItemMenu()
-{
-    m_stroke.End();
-    CTouchMenu menu(m_selected->m_item->Subject);
-    AddItemMenuRows(menu, *m_selected->m_item);
-    RunMenu(menu);
-}
-
 bool CDailyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(menu, m_selected ? m_selected->m_item : nullptr);
+    AddViewMenuRows(menu, SelectedItem());
     return true;
 }
 
 bool CDailyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(menu, m_selected ? m_selected->m_item : nullptr);
+    AddViewMenuRows(menu, SelectedItem());
     return true;
-}
-
-void CDailyView::OnLButtonDown(QPoint at)
-{
-    m_stroke.Press(at);
-    m_touch.OnLButtonDown(at.x(), at.y());
-}
-
-void CDailyView::OnMouseMove(QPoint at)
-{
-    const int stroke = m_stroke.Move(at);
-    if (stroke == 0) {
-        m_touch.OnMouseMove(at.x(), at.y());
-        return;
-    }
-    m_touch.CancelTouch();
-    MoveDate(CSidewaysStroke::DateStep(stroke));
-}
-
-void CDailyView::OnLButtonUp(QPoint at)
-{
-    m_stroke.End();
-    m_touch.OnLButtonUp(at.x(), at.y());
 }
 
 bool CDailyView::OnKey(int key)
@@ -268,22 +170,6 @@ bool CDailyView::OnKey(int key)
     default:
         return false;
     }
-}
-
-void CDailyView::SelectNeighbour(int direction)
-{
-    const CWaitCursor wait;
-    if (m_rows.IsEmpty())
-        return;
-    const int last = m_rows.GetCount() - 1;
-    const int from = m_selected ? m_rows.IndexOf(m_selected) + direction : (direction > 0 ? 0 : last);
-    CPaintingOrderItem* row = m_rows.GetAt(std::clamp(from, 0, last));
-    const bool changed = row != m_selected;
-    Select(row);
-    m_touch.EnsureVisible(
-        {0, direction > 0 ? row->m_bottom + D(kSelectMargin) : row->m_top - D(kSelectMargin)});
-    if (changed)
-        m_touch.Redraw(true);
 }
 
 bool CDailyView::GoToDay(int day)
