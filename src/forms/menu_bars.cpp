@@ -11,9 +11,15 @@ namespace
 constexpr struct {
     int Bar, Command, Text, Image;
 } kKeys[] = {
-    {kMenuBarForm, CmdDone, StrDone, PictureDone},    {kMenuBarForm, CmdCancel, StrCancel, PictureCancel},
-    {kMenuBarYesNo, kAnswerYes, StrYes, PictureDone}, {kMenuBarYesNo, kAnswerNo, StrNo, PictureCancel},
-    {kMenuBarOk, kAnswerOk, StrOk, PictureDone},      {kMenuBarCancel, CmdCancel, StrCancel, PictureCancel},
+    {kMenuBarDetails, CmdEdit, StrEdit, PictureEdit},
+    {kMenuBarDetails, CmdCloseDetails, StrClose, PictureCancel},
+    {kMenuBarClose, CmdCloseDetails, StrClose, PictureCancel},
+    {kMenuBarForm, CmdDone, StrDone, PictureDone},
+    {kMenuBarForm, CmdCancel, StrCancel, PictureCancel},
+    {kMenuBarYesNo, kAnswerYes, StrYes, PictureDone},
+    {kMenuBarYesNo, kAnswerNo, StrNo, PictureCancel},
+    {kMenuBarOk, kAnswerOk, StrOk, PictureDone},
+    {kMenuBarCancel, CmdCancel, StrCancel, PictureCancel},
 };
 } // namespace
 

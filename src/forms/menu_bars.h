@@ -5,10 +5,12 @@ class CSoftKeyBar;
 
 enum MenuBarId : int {
     kMenuBarNone = 0,
+    kMenuBarDetails = 130, // "Edit", "Close"
     kMenuBarForm = 159, // "Done", "Cancel"
     kMenuBarYesNo = 50001,
     kMenuBarOk = 50002,
     kMenuBarCancel = 50003,
+    kMenuBarClose = 50004,
 };
 
 // What a message answers; also the commands of its keys.

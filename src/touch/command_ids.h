@@ -26,6 +26,7 @@ enum CommandId : int {
     CmdShowMonthly = 40038,
     CmdDelete = 40039,
     CmdEdit = 40040,
+    CmdCloseDetails = 40043,
     CmdViewButton = 40050,
     CmdDateBack = 40052,
     CmdDateForward = 40053,

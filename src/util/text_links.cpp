@@ -57,11 +57,26 @@ qsizetype ScanPhone(QStringView text, qsizetype at, CTextLink& link)
     return end;
 }
 
+// What stands around an address in a sentence is not part of it.
+void DropPunctuation(QStringView text, CTextLink& link)
+{
+    constexpr QStringView kBefore = u"<([{\"'", kBehind = u">)]}\"',.;:!?";
+    while (link.Start < link.End && kBefore.contains(text[link.Start]))
+        ++link.Start;
+    const auto opens = [&] { return text.mid(link.Start, link.End - link.Start).contains(u'('); };
+    while (link.Start < link.End && kBehind.contains(text[link.End - 1]) &&
+           !(text[link.End - 1] == u')' && opens()))
+        --link.End;
+}
+
 qsizetype ScanMail(QStringView text, qsizetype at, CTextLink& link)
 {
     const qsizetype end = WordEnd(text, at);
     link.Start = WordStart(text, at);
-    link.End = end - link.Start >= kFewestMail ? end : link.Start;
+    link.End = end;
+    DropPunctuation(text, link);
+    if (link.End - link.Start < kFewestMail)
+        link.End = link.Start;
     return end;
 }
 
@@ -69,7 +84,9 @@ qsizetype ScanWeb(QStringView text, qsizetype at, CTextLink& link)
 {
     link.Start = at;
     link.End = WordEnd(text, at);
-    return link.End;
+    const qsizetype end = link.End;
+    DropPunctuation(text, link);
+    return end;
 }
 } // namespace
 

@@ -42,6 +42,8 @@ TEST(TextLinks, FindsWhatALinkIs)
         {"7 www.example.org", "W2:www.example.org "},
         {"ann123456-b654321@a.b", "M0:ann123456-b654321@a.b "}, // both of them
         {"www.a.org/123456", "W0:www.a.org/123456 "},
+        {"(see www.a.org), <ann@a.org>; www.b.org/x_(y)", "W5:www.a.org M18:ann@a.org W30:www.b.org/x_(y) "},
+        {"<(@)>.,;", ""},
         {"@@@@@", "M0:@@@@@ "},
     };
     for (const auto& c : kCases)
