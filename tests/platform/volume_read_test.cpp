@@ -212,3 +212,42 @@ TEST(PackedProperties, ComeBackAndSurviveEveryCut)
         }
     }
 }
+
+TEST_F(CVolumeReadTest, AScanShowsEachTextOnce)
+{
+    const auto volume = Open();
+    Put(*volume, kThings, {{kStart, 50}, {kText, QStringLiteral("one")}});
+    Put(*volume, kThings, {{kStart, 40}}); // without a text
+    Put(*volume, kThings, {{kText, QStringLiteral("zw\u00f6lf")}}); // without a start
+    Put(*volume, kThings, {{kStart, 10}, {kText, QString()}});
+    Put(*volume, kThings, {{kStart, -3}, {kText, QStringLiteral("last")}});
+    const QString none = QStringLiteral("No such");
+    const struct {
+        const QString& Database;
+        CEPROPID Text, Number;
+        CEOID After;
+        const char* Seen;
+    } cases[] = {
+        {kThings, kText, kStart, 0, "1 one 50;4  10;5 last -3;"},
+        {kThings, kText, 0, 0, "1 one 0;3 zw\u00f6lf 0;4  0;5 last 0;"},
+        {kThings, kText, kStart, 1, "4  10;5 last -3;"},
+        {kThings, kText, kStart, 5, ""},
+        {kThings, 0x7001001F, 0, 0, ""}, // a text without a column
+        {none, kText, 0, 0, ""},
+    };
+    for (const auto& c : cases) {
+        for (int limit = 1; limit <= 7; ++limit) {
+            std::string seen;
+            CEOID place = c.After;
+            int calls = 0;
+            do {
+                place = volume->ScanTexts(c.Database, c.Text, c.Number, place, limit,
+                                          [&](CEOID oid, std::string_view text, qint64 number) {
+                                              seen += std::to_string(oid) + ' ' + std::string(text) + ' ' +
+                                                      std::to_string(number) + ';';
+                                          });
+            } while (place != 0 && ++calls < 10);
+            EXPECT_EQ(seen, c.Seen) << "by " << limit;
+        }
+    }
+}
