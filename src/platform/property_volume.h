@@ -151,6 +151,13 @@ public:
     // Cheap: whether another connection has committed since the last call.
     virtual bool ChangedByOthers() = 0;
 
+    // Whether the file at Path is still the one that is open. One that was moved, replaced or deleted
+    // goes on being read and is written no more.
+    virtual bool IsInPlace() = 0;
+    // For one that is not: takes its log from beside the file that has come in its place, which would
+    // take the old changes for its own. It is kept under a name with ".old".
+    virtual void SetAsideLog() = 0;
+
     // Called (from Commit) after each commit of this process that logged a change.
     virtual void SetCommitHook(std::function<void()> hook) = 0;
 

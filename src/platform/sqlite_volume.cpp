@@ -61,8 +61,7 @@ CStatus CSqliteVolume::StepText(const char* sql)
 CStatus CSqliteVolume::StartOutermost(bool durable)
 {
     // A program that goes on writing into a file without a name loses what its owner enters.
-    int moved = 0;
-    if (!m_copy && sqlite3_file_control(m_db.Handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved)
+    if (!IsInPlace())
         return {StatusKind::Io,
                 QStringLiteral("The volume %1 was moved, replaced or deleted while it was open.").arg(m_path)};
     const int synchronous = durable ? 2 : 1;

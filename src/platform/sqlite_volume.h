@@ -31,6 +31,8 @@ public:
     qint64 LastChange() override;
     CStatus ReadChanges(qint64 after, int limit, std::vector<CVolumeChange>& changes) override;
     bool ChangedByOthers() override;
+    bool IsInPlace() override;
+    void SetAsideLog() override;
     void SetCommitHook(std::function<void()> hook) override { m_commitHook = std::move(hook); }
     CStatus Check(QStringList& faults) override;
     CStatus Backup(const QString& file) override;
@@ -99,6 +101,7 @@ private:
     bool m_readOnly;
     std::unique_ptr<QTemporaryDir> m_copy; // of a volume that cannot be read where it lies
     CSqliteConnection m_db;
+    quint64 m_logNode = 0; // the log's inode; 0 without one
     CVolumeLayout m_layout;
     std::vector<CWriteState> m_writeStates; // parallel to m_layout
     std::vector<CLevel> m_levels;

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QUrl>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -27,6 +28,17 @@ QString FreeBackupName(const QString& path, int version)
     for (int i = 2; QFileInfo::exists(name); ++i)
         name = QStringLiteral("%1-%2").arg(base).arg(i);
     return name;
+}
+
+QString LogOf(const QString& path)
+{
+    return path + QStringLiteral("-wal");
+}
+
+quint64 NodeOf(const QString& path)
+{
+    struct stat info = {};
+    return stat(QFile::encodeName(path).constData(), &info) == 0 ? quint64(info.st_ino) : 0;
 }
 } // namespace
 
@@ -60,9 +72,27 @@ CStatus CSqliteVolume::OpenFile(const CVolumeSchema& schema, Mode mode)
         return status;
     }
     m_writeStates.resize(m_layout.size());
+    m_logNode = NodeOf(LogOf(m_path));
     m_dataVersionQuery = m_db.Prepare("PRAGMA data_version");
     ChangedByOthers();
     return status;
+}
+
+bool CSqliteVolume::IsInPlace()
+{
+    int moved = 0;
+    return m_copy || sqlite3_file_control(m_db.Handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) != SQLITE_OK ||
+           moved == 0;
+}
+
+void CSqliteVolume::SetAsideLog()
+{
+    const QString log = LogOf(m_path), kept = log + QStringLiteral(".old");
+    if (IsInPlace() || m_logNode == 0 || NodeOf(log) != m_logNode)
+        return; // the new file brought a log of its own
+    QFile::remove(kept);
+    QFile::rename(log, kept);
+    QFile::remove(m_path + QStringLiteral("-shm"));
 }
 
 CStatus CSqliteVolume::OpenConnection(Mode mode)

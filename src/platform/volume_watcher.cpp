@@ -50,6 +50,8 @@ CVolumeWatcher::CVolumeWatcher(std::shared_ptr<CPropertyVolume> volume, QObject*
     connect(&d->poll, &QTimer::timeout, this, [this] {
         d->WatchLog();
         d->Ask();
+        if (!d->volume->IsInPlace())
+            Q_EMIT Displaced();
     });
     d->Watch();
     d->volume->SetCommitHook([this] { d->TellOwnCommit(); });

@@ -17,6 +17,7 @@ public:
 
 Q_SIGNALS:
     void Changed();
+    void Displaced(); // at each poll while another file, or none, is in the volume's place
 
 private:
     struct Private;

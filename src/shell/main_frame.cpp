@@ -175,7 +175,8 @@ void CMainFrame::StartNotices()
     if (!m_up || !m_setup.Volume || m_notices)
         return;
     m_notices = std::make_unique<CNoticePump>(
-        m_setup.Volume, [this](const CPimStore::CDrain& drain) { OnDatabaseChange(drain); });
+        m_setup.Volume, [this](const CPimStore::CDrain& drain) { OnDatabaseChange(drain); },
+        [this] { QTimer::singleShot(0, this, [this] { OnVolumeDisplaced(); }); });
     m_notices->SetPolling(isVisible());
 }
 

@@ -57,6 +57,7 @@ public:
     void PressSoftKey(int key) override;
     void OnInstanceMessage(const CInstanceMessage& message);
     void OnClockNotice(int notice);
+    void OnVolumeDisplaced();
     void OnDatabaseChange(const CPimStore::CDrain& drain);
     void ServePostedRequest();
     void OnSystemColors();
@@ -107,6 +108,8 @@ private:
     bool ServeStartupRequest(const CCommandRequest& request);
     DATE ApplyStartRequest(const CCommandRequest& request);
     void OpenStore();
+    void ShowVolume(std::shared_ptr<CPropertyVolume> volume);
+    void TellOfVolume(const QString& text);
     std::unique_ptr<CCalendarView> CreateView(int kind);
     QRect ViewGeometry() const; // logical
     void Relayout();
@@ -158,6 +161,8 @@ private:
     CNumberedTimers m_timers;
     std::unique_ptr<CNoticePump> m_notices;
     std::function<void()> m_firstPaint;
+    QString m_toldOfVolume;   // the last fault of the file in the volume's place
+    QString m_displacedStamp; // of that file, as last seen
     bool m_up = false;
     int m_commandDepth = 0;     // handlers under way; one may run a dialog
     bool m_backPressed = false; // the back key went down on the frame, not on a menu that took it

@@ -9,12 +9,15 @@ constexpr int kRestFactor = 3;
 constexpr int kLongestRestMs = 1500;
 } // namespace
 
-CNoticePump::CNoticePump(std::shared_ptr<CPropertyVolume> volume, Told told) : m_told(std::move(told))
+CNoticePump::CNoticePump(std::shared_ptr<CPropertyVolume> volume, Told told, std::function<void()> displaced)
+    : m_told(std::move(told))
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, [this] { Drain(); });
     m_watcher = std::make_unique<CVolumeWatcher>(std::move(volume));
     connect(m_watcher.get(), &CVolumeWatcher::Changed, this, [this] { Schedule(); });
+    if (displaced)
+        connect(m_watcher.get(), &CVolumeWatcher::Displaced, this, std::move(displaced));
     Schedule(); // what was written between the first reading and the watch
 }
 

@@ -18,7 +18,8 @@ class CNoticePump : public QObject
 public:
     using Told = std::function<void(const CPimStore::CDrain&)>;
 
-    CNoticePump(std::shared_ptr<CPropertyVolume> volume, Told told);
+    // `displaced` is called at each poll while the file is not the one that was opened.
+    CNoticePump(std::shared_ptr<CPropertyVolume> volume, Told told, std::function<void()> displaced = {});
     ~CNoticePump() override;
 
     void SetPolling(bool on); // while the window is visible

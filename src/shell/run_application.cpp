@@ -23,6 +23,7 @@
 #include <QFileInfo>
 #include <QScreen>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 namespace
@@ -36,6 +37,17 @@ int Complain(const QString& text)
     return kExitUsage;
 }
 
+// A display that does not answer is no reason to die with a core: what Qt would abort with.
+void TellOfStart(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtFatalMsg) {
+        Complain(QStringLiteral("the display cannot be used; --snapshot FILE paints into a picture"));
+        std::_Exit(kExitUsage);
+    }
+    if (qEnvironmentVariableIsSet("QT_DEBUG_PLUGINS"))
+        std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+}
+
 // The application object, made as quickly as the desktop allows.
 struct CApplication {
     explicit CApplication(char* name) : Arguments{name, nullptr}
@@ -45,7 +57,9 @@ struct CApplication {
         QCoreApplication::setApplicationName(QStringLiteral("tessera"));
         QGuiApplication::setDesktopFileName(QStringLiteral("tessera"));
         CStartEnvironment environment;
+        const QtMessageHandler handler = qInstallMessageHandler(TellOfStart);
         Application.emplace(Count, Arguments);
+        qInstallMessageHandler(handler);
         environment.Restore();
     }
     int Count = 1;
@@ -156,7 +170,9 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
 {
     ForceDensity(options.Density);
     CFrameSetup setup;
-    const CStatus opened = OpenVolume(options, CPropertyVolume::Mode::Create, setup.Volume);
+    CStatus opened = OpenVolume(options, CPropertyVolume::Mode::Create, setup.Volume);
+    // What cannot be written can often be read.
+    const bool onlyRead = !opened && OpenVolume(options, CPropertyVolume::Mode::ReadOnly, setup.Volume);
     if (!opened)
         Complain(opened.Text());
     const CApplication application(name);
@@ -166,6 +182,8 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
         return kExitDone;
     const CQuitSignals signals([&frame] { frame.close(); });
     instance.Listen([&frame](const CInstanceMessage& message) { frame.OnInstanceMessage(message); });
+    if (onlyRead)
+        opened = {opened.Kind(), FillText(GetString(StrVolumeReadOnly), {VolumePath(options)})};
     frame.SetFirstPaintHook([&frame, &opened] { AfterFirstPaint(frame, opened); });
     frame.show();
     const int status = QCoreApplication::exec();

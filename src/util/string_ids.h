@@ -129,6 +129,9 @@ enum StringId : int {
     StrSupportContact = 50118,
     StrInvalidDateTime = 50119,
     StrInvalidDateTimeSpan = 50120,
+    StrVolumeGone = 50121,
+    StrVolumeReplaced = 50122,
+    StrVolumeReadOnly = 50123,
 
     // Items
     StrNoSubject = 50201,
