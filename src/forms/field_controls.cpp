@@ -108,7 +108,7 @@ CFieldControls::CFieldControls(QWidget* form)
       Box(new CRowBox(form))
 {
     Line->setFrame(false);
-    Line->setTextMargins(0, 0, 0, 0);
+    Line->setTextMargins(-2, 0, 0, 0); // the style's own: the text must not jump when its row is selected
     Lines->setFrameShape(QFrame::NoFrame);
     Lines->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     Lines->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -172,6 +172,8 @@ void CFieldControls::SetValues(const CFieldRow& row)
         Day->setDisplayFormat(QtPicture(GetLocaleInfo(LocaleValue::ShortDate)));
         Time->setDisplayFormat(TimePicture(row));
         PutDate(row.Date, false);
+        Day->setCurrentSectionIndex(0);
+        Time->setCurrentSectionIndex(0);
         m_day = Day->date();
         m_time = Time->time();
         Day->setAccessibleName(row.Label);
@@ -238,6 +240,7 @@ void CFieldControls::SetText(const CFieldRow& row, const QString& text, int care
         return;
     }
     delete Line->validator();
+    Line->setAlignment((row.HasFlag(kRowDigits) ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
     if (row.HasFlag(kRowDigits)) {
         Line->setValidator(new QIntValidator(0, 9999999, Line));
         Line->setMaxLength(kDigits);

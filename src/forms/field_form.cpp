@@ -362,3 +362,52 @@ void CFieldForm::OnDone()
     if (Save())
         End(kDone);
 }
+
+// ---- accessibility
+
+int CFieldForm::ContentPartCount() const
+{
+    return int(std::count_if(m_rows.begin(), m_rows.end(), [](const CFieldRow& row) { return !row.Hidden; }));
+}
+
+int CFieldForm::VisibleRow(int index) const
+{
+    for (size_t n = 0; n < m_rows.size(); ++n) {
+        if (!m_rows[n].Hidden && index-- == 0)
+            return int(n);
+    }
+    return -1;
+}
+
+CPaintedPart CFieldForm::ContentPart(int index) const
+{
+    CPaintedPart part;
+    const int at = VisibleRow(index);
+    if (at < 0)
+        return part;
+    const CFieldRow& row = m_rows[size_t(at)];
+    part.Name = row.Label.simplified();
+    part.Value = row.Type == kRowHeader || row.Type == kRowCheck ? QString() : row.Value;
+    part.Role = row.Type == kRowHeader ? QAccessible::Heading
+                : row.Type == kRowText ? QAccessible::EditableText
+                : row.Type == kRowChoice ? QAccessible::ComboBox
+                : row.Type == kRowCheck ? QAccessible::CheckBox
+                : row.HasDate() ? QAccessible::SpinBox
+                                : QAccessible::Button;
+    part.Rect = ToLogical(RowRect(row.Id), CurrentFactor());
+    part.Selected = at == m_selected;
+    part.Checkable = row.HasFlag(kRowInclude);
+    part.Checked = part.Checkable && row.Included;
+    part.Pressable = row.CanSelect();
+    return part;
+}
+
+void CFieldForm::PressContentPart(int index)
+{
+    const int at = VisibleRow(index);
+    if (at < 0)
+        return;
+    SelectRow(at);
+    if (at == m_selected)
+        TapRow(at);
+}

@@ -80,6 +80,9 @@ protected:
     void OnLayout(const QRect& client) override;
     void PaintContent(QPainter& dc, const QRect& client) override;
     void TakeFocus() override;
+    int ContentPartCount() const override; // the rows that are not hidden
+    CPaintedPart ContentPart(int index) const override;
+    void PressContentPart(int index) override;
     void OnDone() override; // commits, then Save
     void OnKey(int key) override;
     void OnLButtonDown(QPoint at) override;
@@ -99,6 +102,8 @@ private:
     void LoadRow(CFieldRow& row, bool fillChoices);
     int IndexOf(quint32 id) const;
     int RowAt(int y) const;
+    int VisibleRow(int index) const; // -1 past the last
+    void TapRow(int index);
     int NextRow(int from, int step) const;
     void MoveSelection(int step);
     void ShowSelected();

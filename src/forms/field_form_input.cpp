@@ -150,9 +150,18 @@ void CFieldForm::OnTap(quint32, int x, int y)
         return;
     const CFieldRow& row = m_rows[size_t(index)];
     const QRect box = FieldIncludeBox(row, row.Rect.translated(m_touch.Area().x(), 0));
-    if (row.Type == kRowCheck || (row.HasFlag(kRowInclude) && x <= box.x() + box.width()))
+    if (row.HasFlag(kRowInclude) && x <= box.x() + box.width())
         ToggleInclude(index);
-    else if (row.Type == kRowLink || row.Type == kRowColor)
+    else
+        TapRow(index);
+}
+
+void CFieldForm::TapRow(int index)
+{
+    const quint32 type = m_rows[size_t(index)].Type;
+    if (type == kRowCheck)
+        ToggleInclude(index);
+    else if (type == kRowLink || type == kRowColor)
         Activate(index);
 }
 

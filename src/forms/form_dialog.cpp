@@ -29,6 +29,7 @@ CFormDialog::CFormDialog(const QString& title)
 {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(m_title);
+    OfferPaintedParts();
 }
 
 CFormDialog::~CFormDialog() = default;
@@ -207,6 +208,35 @@ void CFormDialog::OnCommand(int command)
         OnDone();
     else if (command == CmdCancel)
         End(kCancelled);
+}
+
+// ---- accessibility
+
+int CFormDialog::GetPartCount() const
+{
+    return ContentPartCount() + m_keys.GetCount();
+}
+
+CPaintedPart CFormDialog::GetPart(int index) const
+{
+    const int key = index - ContentPartCount();
+    if (key < 0)
+        return ContentPart(index);
+    CPaintedPart part;
+    part.Name = m_keys.GetKey(key).Text;
+    part.Role = QAccessible::PushButton;
+    part.Rect = ToLogical(CSoftKeyBar::KeyRect(m_layout.Keys, key, m_keys.GetCount()), m_factor);
+    part.Pressable = m_keys.CommandAt(key) != CmdNone;
+    return part;
+}
+
+void CFormDialog::PressPart(int index)
+{
+    const int key = index - ContentPartCount();
+    if (key < 0)
+        PressContentPart(index);
+    else
+        OnCommand(m_keys.CommandAt(key));
 }
 
 // ---- finger

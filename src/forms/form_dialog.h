@@ -6,6 +6,7 @@
 // Notices arrive while it runs: what it shows is its own copy, never an item of the cache.
 #pragma once
 #include "touch/numbered_timers.h"
+#include "touch/painted_accessible.h"
 #include "touch/soft_key_bar.h"
 
 #include <QImage>
@@ -25,7 +26,7 @@ struct CFormDialogLayout {
     static CFormDialogLayout Of(QSize window, bool hasTitle, int contentHeight);
 };
 
-class CFormDialog : public QWidget
+class CFormDialog : public QWidget, public IPaintedParts
 {
 public:
     enum Result { kNotStarted = -1, kCancelled = 0, kDone = 1 };
@@ -48,6 +49,11 @@ public:
     CNumberedTimers& Timers() { return m_timers; }
     QImage Snapshot(); // the page alone, painted now
 
+    // What the dialog paints, for readers of the screen: its content's parts, then its soft keys.
+    int GetPartCount() const override;
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override;
+
 protected:
     static constexpr int kAllThereIs = 1 << 20; // as a content's height
 
@@ -58,6 +64,9 @@ protected:
     virtual void OnLayout(const QRect&) {}                 // the client area is new
     virtual void TakeFocus() { setFocus(); }               // it has opened
     virtual void PaintContent(QPainter& dc, const QRect& client) = 0;
+    virtual int ContentPartCount() const { return 0; }
+    virtual CPaintedPart ContentPart(int) const { return {}; }
+    virtual void PressContentPart(int) {}
     virtual void OnCommand(int command); // of a soft key; the base knows Done and Cancel
     virtual void OnDone() { End(kDone); }
     virtual void OnKey(int) {}            // pressed, or repeated (never Enter); by number of virtual_keys.h

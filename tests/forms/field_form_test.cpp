@@ -437,3 +437,42 @@ TEST_F(FieldForm, TextAidsReadAndWriteTheEditedText)
         EXPECT_EQ(Form.Texts[kSubject], QStringLiteral("Dinner"));
     });
 }
+
+TEST_F(FieldForm, ScreenReadersWalkRowsAndKeys)
+{
+    EXPECT_EQ(Run(Form, [&] {
+        QAccessibleInterface* const form = QAccessible::queryAccessibleInterface(&Form);
+        ASSERT_TRUE(form);
+        const auto find = [&](const char* name, QAccessible::Role role) -> QAccessibleInterface* {
+            for (int n = 0; n < form->childCount(); ++n) {
+                QAccessibleInterface* const part = form->child(n);
+                if (!part->object() && part->role() == role && part->text(QAccessible::Name) == QLatin1String(name)) {
+                    EXPECT_EQ(form->indexOfChild(part), n);
+                    EXPECT_EQ(part->parent(), form);
+                    return part;
+                }
+            }
+            return nullptr;
+        };
+        const auto press = [](QAccessibleInterface* part) {
+            part->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        };
+        QAccessibleInterface* const subject = find("Subject", QAccessible::EditableText);
+        ASSERT_TRUE(subject);
+        EXPECT_EQ(subject->text(QAccessible::Value), QStringLiteral("Lunch"));
+        EXPECT_TRUE(subject->state().selected);
+        EXPECT_EQ(subject->rect().topLeft(), Form.mapToGlobal(Form.RowRect(kSubject).topLeft()));
+        QAccessibleInterface* const header = find("All day", QAccessible::Heading);
+        ASSERT_TRUE(header);
+        EXPECT_TRUE(header->actionInterface()->actionNames().isEmpty());
+        QAccessibleInterface* const check = find("Private", QAccessible::CheckBox);
+        ASSERT_TRUE(check);
+        EXPECT_FALSE(check->state().checked);
+        press(check);
+        EXPECT_TRUE(check->state().checked);
+        EXPECT_TRUE(Form.Boxes[kCheck]);
+        press(find("Categories", QAccessible::Button));
+        EXPECT_EQ(Form.Tapped, std::vector<quint32>{kLink});
+        press(find("Done", QAccessible::PushButton));
+    }), int(CFormDialog::kDone));
+}

@@ -1,0 +1,30 @@
+// Painted rows, keys and cells for those who read the screen by Qt's accessibility interface.
+// A widget that paints its parts also inherits IPaintedParts and calls OfferPaintedParts once
+// (in its constructor); its parts then are children of its accessible object, before its child
+// widgets, each with name, value, role, state and the action "press".
+// A view does the same: count its visible rows, name each by its texts, and press as a tap does.
+// Units: rectangles in logical pixels of the widget.
+#pragma once
+#include <QAccessible>
+#include <QRect>
+#include <QString>
+
+struct CPaintedPart {
+    QString Name, Value;
+    QAccessible::Role Role = QAccessible::ListItem;
+    QRect Rect;
+    bool Selected = false;
+    bool Checkable = false, Checked = false;
+    bool Pressable = true; // a header is not
+};
+
+class IPaintedParts
+{
+public:
+    virtual ~IPaintedParts() = default;
+    virtual int GetPartCount() const = 0;
+    virtual CPaintedPart GetPart(int index) const = 0;
+    virtual void PressPart(int index) = 0; // as a tap on it would
+};
+
+void OfferPaintedParts(); // for all widgets with parts; harmless when repeated
