@@ -2,9 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QPainter>
 #include <QResource>
-#include <utility>
 
 #include "drawing/screen_metrics.h"
 #include "settings/fonts.h"
@@ -66,23 +64,6 @@ const QStringList& Faces()
     return faces;
 }
 
-// Qt draws glyphs of 64 pixels and more as outlines, each time anew, unless told otherwise when it
-// draws its first text. At the density of a phone of today that is most of the text.
-void KeepLargeGlyphs(const QFont& font)
-{
-    constexpr char kLimit[] = "QT_MAX_CACHED_GLYPH_SIZE";
-    static bool done = false;
-    if (std::exchange(done, true) || qEnvironmentVariableIsSet(kLimit))
-        return;
-    qputenv(kLimit, "256");
-    QImage scrap(1, 1, QImage::Format_RGB32);
-    QPainter dc(&scrap);
-    dc.setFont(font);
-    dc.drawText(0, 0, QStringLiteral("."));
-    dc.end();
-    qunsetenv(kLimit); // not for the programs that we start
-}
-
 QFont MakeFont(const FontSpec& spec)
 {
     QFont font;
@@ -92,7 +73,6 @@ QFont MakeFont(const FontSpec& spec)
     font.setStrikeOut(spec.StrikeOut);
     if (spec.ClearType)
         font.setStyleStrategy(QFont::PreferAntialias);
-    KeepLargeGlyphs(font);
     return font;
 }
 } // namespace
