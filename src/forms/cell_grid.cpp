@@ -6,6 +6,7 @@
 #include "forms/form_parts.h"
 #include "settings/settings.h"
 #include "settings/system_colors.h"
+#include "touch/device_pixels.h"
 #include "touch/virtual_keys.h"
 
 #include <QPainter>
@@ -195,4 +196,14 @@ void CCellGrid::PaintCell(QPainter& dc, const CCell& cell, const QRect& rect, co
     PaintFittedText(dc, parts.Hint, {rect.x(), y, rect.width(), parts.Hint.Height()},
                     selected ? ink : SystemColor::GrayText);
     dc.restore();
+}
+
+CPaintedPart CellPart(const CCellGrid& grid, int index, int k)
+{
+    const CCell& cell = grid.GetCell(index);
+    return {.Name = cell.Text,
+            .Value = cell.Hint,
+            .Role = QAccessible::Button,
+            .Rect = ToLogical(grid.CellRect(index), k),
+            .Selected = index == grid.GetSelected()};
 }

@@ -3,6 +3,8 @@
 // Units: surface pixels; rectangles with exclusive right and bottom edges.
 // The grid sends nothing: its owner hands it points and keys, and asks for the selection.
 #pragma once
+#include "touch/painted_accessible.h"
+
 #include <QPoint>
 #include <QRect>
 #include <QString>
@@ -53,3 +55,6 @@ private:
     QRect m_area;
     std::vector<QRect> m_rects;
 };
+
+// A cell as readers of the screen are told of it; k divides surface pixels.
+CPaintedPart CellPart(const CCellGrid& grid, int index, int k);

@@ -106,3 +106,8 @@ void CTwoChoiceDialog::OnLButtonUp(QPoint at)
     if (pressed >= 0 && m_cells.HitTest(at) == pressed)
         End(pressed + 1);
 }
+
+CPaintedPart CTwoChoiceDialog::ContentPart(int index) const
+{
+    return CellPart(m_cells, index, CurrentFactor());
+}

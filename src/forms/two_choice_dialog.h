@@ -23,6 +23,9 @@ protected:
     void OnLButtonDown(QPoint at) override;
     void OnMouseMove(QPoint at) override;
     void OnLButtonUp(QPoint at) override;
+    int ContentPartCount() const override { return m_cells.GetCount(); }
+    CPaintedPart ContentPart(int index) const override;
+    void PressContentPart(int index) override { End(index + 1); }
 
 private:
     int QuestionHeight(int width) const;

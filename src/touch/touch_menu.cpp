@@ -26,6 +26,8 @@ CTouchMenu::CTouchMenu() : CTouchMenu(QString()) {}
 CTouchMenu::CTouchMenu(const QString& title) : m_title(title.simplified())
 {
     setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(m_title);
+    OfferPaintedParts();
 }
 
 CTouchMenu::~CTouchMenu() = default;
@@ -218,6 +220,18 @@ void CTouchMenu::SelectByKey(int direction)
     SelectRow(m_selected < 0 ? first : std::clamp(m_selected + direction, 0, last));
     m_touch.EnsureVisible(RowRect(m_selected));
     m_touch.Redraw(true);
+}
+
+CPaintedPart CTouchMenu::GetPart(int index) const
+{
+    const CTouchMenuRow& row = m_rows[size_t(index)];
+    const QRect rect = RowRect(index).translated(m_touch.Area().x(), m_touch.Area().y() + m_touch.Scroll());
+    return {.Name = row.Text,
+            .Role = QAccessible::MenuItem,
+            .Rect = ToLogical(rect, m_factor),
+            .Selected = index == m_selected,
+            .Checkable = row.Checked,
+            .Checked = row.Checked};
 }
 
 void CTouchMenu::PressKey(int command)

@@ -5,6 +5,7 @@
 // arrive meanwhile, so the owner finds its items again afterwards.
 #pragma once
 #include "touch/i_touch_client.h"
+#include "touch/painted_accessible.h"
 #include "touch/soft_key_bar.h"
 #include "touch/touch_navigator.h"
 
@@ -31,7 +32,7 @@ struct CTouchMenuLayout {
     static CTouchMenuLayout Of(QSize window, bool hasTitle, int contentHeight);
 };
 
-class CTouchMenu : public QWidget, private ITouchClient
+class CTouchMenu : public QWidget, public IPaintedParts, private ITouchClient
 {
 public:
     CTouchMenu();
@@ -54,6 +55,11 @@ public:
     CTouchNavigator& Navigator() { return m_touch; }
     CTouchMenuLayout Layout() const;
     QImage Snapshot(); // in surface pixels, without what lies under it
+
+    // The rows, for readers of the screen.
+    int GetPartCount() const override { return GetRowCount(); }
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override { Choose(m_rows[size_t(index)].Command); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
