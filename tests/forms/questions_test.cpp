@@ -166,3 +166,16 @@ TEST_F(Questions, ALongMessageScrollsToItsEnd)
         EXPECT_EQ(message.Navigator().Scroll(), 0);
     });
 }
+
+TEST_F(Questions, ScreenReadersPressCells)
+{
+    CTwoChoiceDialog question = MakeQuestion();
+    EXPECT_EQ(Run(question, [&] {
+        QAccessibleInterface* const page = QAccessible::queryAccessibleInterface(&question);
+        QAccessibleInterface* const cell = page->child(1);
+        EXPECT_EQ(cell->text(QAccessible::Name), question.Cells().GetCell(1).Text);
+        EXPECT_EQ(cell->rect(), question.Cells().CellRect(1).translated(question.mapToGlobal(QPoint(0, 0))));
+        EXPECT_FALSE(cell->state().selected);
+        cell->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }), 2);
+}

@@ -191,3 +191,19 @@ TEST_F(Menu, PaintsRowsOnThePagesGround)
     EXPECT_EQ(page.pixel(120, 28 + 39), ToQColor(0xDDE1DE).rgb());
     EXPECT_EQ(page.pixel(120, 200), ToQColor(0xC0C0C0).rgb());
 }
+
+TEST_F(Menu, ScreenReadersPressRows)
+{
+    EXPECT_EQ(Run(Long, [&] {
+        QAccessibleInterface* const menu = QAccessible::queryAccessibleInterface(&Long);
+        EXPECT_EQ(menu->childCount(), 12);
+        QAccessibleInterface* const row = menu->child(9);
+        EXPECT_EQ(row->text(QAccessible::Name), QStringLiteral("Row 9"));
+        EXPECT_EQ(row->role(), QAccessible::MenuItem);
+        EXPECT_TRUE(row->state().checked);
+        EXPECT_EQ(menu->indexOfChild(row), 9);
+        // Where the finger would find it, as scrolled.
+        EXPECT_EQ(menu->childAt(row->rect().center().x(), row->rect().center().y()), row);
+        row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }), 109);
+}
