@@ -72,6 +72,11 @@ void CCalendarView::GetViewButtonText(QString&, QString&) const {}
 
 void CCalendarView::MoveDate(int) {}
 
+bool CCalendarView::OnViewCommand(int)
+{
+    return false;
+}
+
 bool CCalendarView::OnKey(int)
 {
     return false;
