@@ -2,14 +2,13 @@
 """A person in a real window and another process on the same volume: completing by key and by a tap on the
 check box, a recurring task that moves on, deleting with its questions, and 500 changes of a script beside
 the person's own. Needs Xvfb and xdotool."""
-import os
 import shutil
 import signal
 import subprocess
 import sys
 import time
 
-from support import PIM, WINDOW, Home, calendar, event, expect, finish, todo
+from support import PIM, WINDOW, Home, event, expect, finish, todo
 from window_test import Display, settled, write
 
 MINUTES_2026_03_10 = 66371040
@@ -86,6 +85,31 @@ def recurring_moves_on(home):
     close_window(window)
 
 
+def delete_by_hand(home):
+    """From the menu with its questions: first one occurrence of a series, then on the next day all of it."""
+    home.pim("import", write(home, "walk.ics", event("d", "20260310T070000", ["SUMMARY:walk", "RRULE:FREQ=DAILY;COUNT=5"])))
+    window, number = open_window(home)
+
+    def press(*keys):
+        for key in keys:
+            xdo(home, "key", "--window", number, key)
+            settled(home)
+
+    def days():
+        return [i["day"][-2:] for i in items(home, "appointment", DAY, "2026-03-20")]
+
+    press("F2", "Down", "Return")
+    expect(days() == ["10", "11", "12", "13", "14"], "the item goes before its question is answered")
+    press("Return", "Return")  # yes; the first cell is the occurrence
+    expect(waits(lambda: days() == ["11", "12", "13", "14"]), f"left after deleting an occurrence: {days()}")
+    request = subprocess.run([WINDOW, f"OPEN|DAILY|{MINUTES_2026_03_10 + 1440}"], env=home.env, capture_output=True)
+    expect(request.returncode == 255, "the window does not take a request")
+    settled(home)
+    press("F2", "Down", "Return", "Return", "Right", "Return")
+    expect(waits(lambda: days() == []), f"left after deleting the series: {days()}")
+    close_window(window)
+
+
 def two_writers(home, number):
     """The script's changes in one process after the other, the person's in the window; all must stand."""
     before = is_complete(home)
@@ -117,12 +141,13 @@ def main():
         if not shutil.which(tool):
             print(f"{tool} is not installed")
             sys.exit(77)
-    display, homes, window = Display(), [Home(), Home()], None
+    display, homes, window = Display(), [Home(), Home(), Home()], None
     for home in homes:
         home.env.update(DISPLAY=display.name, QT_QPA_PLATFORM="xcb")
         home.env.pop("WAYLAND_DISPLAY", None)
     try:
         recurring_moves_on(homes[1])
+        delete_by_hand(homes[2])
         window, number = complete_by_hand(homes[0])
         started = time.monotonic()
         two_writers(homes[0], number)
