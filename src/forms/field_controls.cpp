@@ -66,13 +66,6 @@ QString TimePicture(const CFieldRow& row)
     return twentyFour ? QStringLiteral("HH:mm") : QStringLiteral("hh:mm AP");
 }
 
-QFont LogicalFont(int id, int k)
-{
-    QFont font = g_ImageStore.Font(id);
-    font.setPixelSize(std::max(font.pixelSize() / k, 1));
-    return font;
-}
-
 bool IsMultiLine(const CFieldRow& row)
 {
     return row.HasFlag(kRowMultiLine) && !row.HasFlag(kRowDigits);
@@ -142,11 +135,11 @@ void CFieldControls::HideAll()
 
 void CFieldControls::SetFonts(int k)
 {
-    const QFont font = LogicalFont(0, k);
+    const QFont font = LogicalFont(g_ImageStore.Font(0), k);
     for (QWidget* const control :
          std::initializer_list<QWidget*>{Line, Lines, Day, Time, Button})
         control->setFont(font);
-    List->setFont(LogicalFont(1, k));
+    List->setFont(LogicalFont(g_ImageStore.Font(1), k));
 }
 
 // ---- values

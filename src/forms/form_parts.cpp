@@ -80,3 +80,9 @@ void PaintDisc(QPainter& dc, const QRect& square, const QString& sign, COLORREF 
     dc.setPen(ToQColor(ink));
     DrawText(dc, sign, square, kLineFlags);
 }
+
+QFont LogicalFont(QFont font, int k)
+{
+    font.setPixelSize(std::max(font.pixelSize() / k, 1));
+    return font;
+}

@@ -3,6 +3,7 @@
 #pragma once
 #include "util/color.h"
 
+#include <QFont>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -27,3 +28,6 @@ void PaintFittedText(QPainter& dc, const CFittedText& text, const QRect& rect, C
 
 // A filled disc with a sign in the middle: the number of a cell, the mark of a message.
 void PaintDisc(QPainter& dc, const QRect& square, const QString& sign, COLORREF ground, COLORREF ink);
+
+// A font of the image store for a live control, whose pixels are k times as large.
+QFont LogicalFont(QFont font, int k);
