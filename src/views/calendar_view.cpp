@@ -72,11 +72,6 @@ void CCalendarView::GetViewButtonText(QString&, QString&) const {}
 
 void CCalendarView::MoveDate(int) {}
 
-bool CCalendarView::OnViewCommand(int)
-{
-    return false;
-}
-
 bool CCalendarView::OnKey(int)
 {
     return false;

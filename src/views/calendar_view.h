@@ -57,7 +57,6 @@ public:
     virtual bool UsesDateKeys() const { return true; }
     virtual QString GetCursorDateText() const;
     virtual void GoToToday() {}
-    virtual bool OnViewCommand(int command); // one that the frame leaves to the view; true when done
 
     // A command of the frame that is this view's business; what it does not know it ignores.
     virtual void OnCommand(int) {}

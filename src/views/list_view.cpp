@@ -233,12 +233,10 @@ void CListView::CollapseAll(bool collapse)
     RebuildRows(SelectedPlace(), false);
 }
 
-bool CListView::OnViewCommand(int command)
+void CListView::OnCommand(int command)
 {
-    if (command != CmdTasksExpandAll && command != CmdTasksCollapseAll)
-        return false;
-    CollapseAll(command == CmdTasksCollapseAll);
-    return true;
+    if (command == CmdTasksExpandAll || command == CmdTasksCollapseAll)
+        CollapseAll(command == CmdTasksCollapseAll);
 }
 
 // ---- input: hit -> command

@@ -18,7 +18,7 @@ public:
     void Refresh() override;
     bool FillMenu(QMenu& menu) override;
     bool FillTouchMenu(CTouchMenu& menu) override;
-    bool OnViewCommand(int command) override;
+    void OnCommand(int command) override;
     void SetCursorDate(DATE date) override;
     void MoveDate(int delta) override;
     void GoToToday() override;
