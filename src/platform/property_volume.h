@@ -154,8 +154,9 @@ public:
     // Whether the file at Path is still the one that is open. One that was moved, replaced or deleted
     // goes on being read and is written no more.
     virtual bool IsInPlace() = 0;
-    // For one that is not: takes its log from beside the file that has come in its place, which would
-    // take the old changes for its own. It is kept under a name with ".old".
+    // For one that is not: brings its log into the file that was moved away and takes it from the old
+    // place, where another file would take the changes for its own; it is kept under a name with ".old".
+    // The volume is then read only, even if its file comes back.
     virtual void SetAsideLog() = 0;
 
     // Called (from Commit) after each commit of this process that logged a change.

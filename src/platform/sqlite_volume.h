@@ -102,6 +102,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_copy; // of a volume that cannot be read where it lies
     CSqliteConnection m_db;
     quint64 m_logNode = 0; // the log's inode; 0 without one
+    bool m_logAside = false;
     CVolumeLayout m_layout;
     std::vector<CWriteState> m_writeStates; // parallel to m_layout
     std::vector<CLevel> m_levels;

@@ -81,6 +81,8 @@ CStatus CSqliteVolume::OpenFile(const CVolumeSchema& schema, Mode mode)
 bool CSqliteVolume::IsInPlace()
 {
     int moved = 0;
+    if (m_logAside)
+        return false; // also when its file has come back: others would not see what it writes
     return m_copy || sqlite3_file_control(m_db.Handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) != SQLITE_OK ||
            moved == 0;
 }
@@ -90,6 +92,8 @@ void CSqliteVolume::SetAsideLog()
     const QString log = LogOf(m_path), kept = log + QStringLiteral(".old");
     if (IsInPlace() || m_logNode == 0 || NodeOf(log) != m_logNode)
         return; // the new file brought a log of its own
+    m_logAside = true;
+    (void)m_db.Execute("PRAGMA wal_checkpoint(TRUNCATE)"); // what was moved away is whole again
     QFile::remove(kept);
     QFile::rename(log, kept);
     QFile::remove(m_path + QStringLiteral("-shm"));

@@ -28,7 +28,7 @@ int ViewNeededBy(int command)
     if (command == CmdSearchStart || command == CmdSearchOptions || command == CmdSearchClear)
         return kViewSearch;
     const bool ofTasks = command == CmdTasksSort2Menu || command == CmdTasksSort3Menu ||
-                         (command >= CmdSort1First && command <= CmdTasksCollapseAll) ||
+                         (command >= CmdSort1First && command <= CmdSort3Descending) ||
                          (command >= CmdItemsToViewFirst && command <= CmdItemsToViewLast);
     return ofTasks ? kViewTasks : ShownBy(command);
 }

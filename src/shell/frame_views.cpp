@@ -12,7 +12,9 @@
 #include "util/string_ids.h"
 #include "util/string_store.h"
 #include "views/daily_view.h"
+#include "views/list_view.h"
 #include "views/monthly_view.h"
+#include "views/weekly_view.h"
 
 namespace
 {
@@ -26,6 +28,8 @@ constexpr struct {
     std::unique_ptr<CCalendarView> (*Make)(IViewHost&, QWidget*);
 } kViewMakers[] = {
     {kViewDaily, MakeView<CDailyView>},
+    {kViewList, MakeView<CListView>},
+    {kViewWeekly, MakeView<CWeeklyView>},
     {kViewMonthly, MakeView<CMonthlyView>},
 };
 

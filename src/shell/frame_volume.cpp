@@ -21,6 +21,7 @@ void CMainFrame::OnVolumeDisplaced()
     const QString gone = FillText(GetString(StrVolumeGone), {path});
     if (!file.exists()) {
         m_displacedStamp.clear();
+        m_setup.Volume->SetAsideLog();
         return TellOfVolume(gone);
     }
     const QString stamp = QString::number(file.size()) + u' ' +

@@ -139,7 +139,8 @@ QString UsageText()
         "  --help, --version\n"
         "\n"
         "Requests, dates in minutes since 30 December 1899:\n"
-        "  OPEN|VIEW[|DATE]      VIEW is DAILY; LIST, GRID, MONTHLY and TASKS show the daily view as yet\n"
+        "  OPEN|VIEW[|DATE]      VIEW is DAILY, LIST, GRID (the week), MONTHLY or TASKS; also of a snapshot,\n"
+        "                        as in: tessera --snapshot month.png 'OPEN|MONTHLY|66371040'\n"
         "  REPORTLOGPIXELS       print the screen's density and end with it as the status, 192 at most\n"
         "\n"
         "Status: 0 done, 2 wrong usage or not offered, 255 handed over to the open window.\n");

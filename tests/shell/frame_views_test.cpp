@@ -219,8 +219,29 @@ TEST_F(FrameViews, AFileThatGoesAwayIsToldOnceAndItsSuccessorShown)
     frame.SendCommand(CmdDuplicate);
     EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday).size() == 2; })) << "it is followed and written";
     EXPECT_EQ(told.size(), 4);
-    m_app.reset();
-    m_volume.reset();
     std::shared_ptr<CPropertyVolume> kept;
     ASSERT_TRUE(CPropertyVolume::Open(aside, PimSchema(), CPropertyVolume::Mode::MustExist, kept));
+    EXPECT_EQ(kept->RecordCount(kAppointmentsDatabase), 1) << "what was moved away is whole";
+}
+
+TEST_F(FrameViews, AFileThatComesBackIsOpenedAnew)
+{
+    Add("here", kToday);
+    const QString path = m_volume->Path();
+    CMainFrame& frame = Start();
+    int told = 0;
+    SetAnswerer([&](const QString&, const QString&) { return ++told; });
+    frame.StartNotices();
+    ASSERT_TRUE(QFile::rename(path, path + ".aside"));
+    frame.OnVolumeDisplaced();
+    ASSERT_TRUE(QFile::rename(path + ".aside", path));
+    for (int i = 0; i < 3; ++i)
+        frame.OnVolumeDisplaced();
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(SubjectsOf(kToday), QStringList{"here"});
+    frame.SendCommand(CmdDuplicate);
+    EXPECT_TRUE(WaitFor([&] { return SubjectsOf(kToday).size() == 2; }));
+    std::shared_ptr<CPropertyVolume> other;
+    ASSERT_TRUE(CPropertyVolume::Open(path, PimSchema(), CPropertyVolume::Mode::MustExist, other));
+    EXPECT_EQ(other->RecordCount(kAppointmentsDatabase), 2) << "others see it";
 }
