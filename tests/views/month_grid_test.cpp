@@ -5,6 +5,20 @@
 
 namespace
 {
+// Names as one chooses them.
+class CNamedDays : public CFakeLocale
+{
+public:
+    explicit CNamedDays(QString (*name)(const QString&)) : m_name(name) {}
+    QString DayName(int dayOfWeek, bool abbreviated) const override
+    {
+        return m_name(CFakeLocale::DayName(dayOfWeek, abbreviated));
+    }
+
+private:
+    QString (*m_name)(const QString&);
+};
+
 class MonthGrid : public CViewTest
 {
 protected:
@@ -261,4 +275,28 @@ TEST_F(MonthGrid, IconsOfTheDaysCategoriesStandInTheirCorner)
     item.Visible = false;
     EXPECT_FALSE(shows(2)) << "what the filter hides has no icon either";
     g_Settings.m_categories.clear();
+}
+
+TEST_F(MonthGrid, NamesOfDaysAreShortenedUntilTheyFit)
+{
+    const auto dotted = [](const QString& name) { return QString(name + u'.'); };
+    const auto same = [](const QString& name) { return name; };
+    const auto letter = [](const QString& name) { return name.left(1); };
+    const struct {
+        int Width;
+        QString (*Names)(const QString&);
+        QString (*Shown)(const QString&);
+    } cases[] = {{420, dotted, dotted}, {210, dotted, same}, {210, same, same}, {112, same, letter}};
+    for (const auto& c : cases) {
+        const auto titleRow = [&](QString (*names)(const QString&), int width) {
+            const CNamedDays locale(names);
+            Open({width, 280});
+            Grid.SelectDate(kToday);
+            return Grid.Picture().copy(0, 0, width, Grid.Layout().TitleRowHeight());
+        };
+        EXPECT_EQ(titleRow(c.Names, c.Width), titleRow(c.Shown, c.Width)) << c.Width;
+        if (c.Names != c.Shown) {
+            EXPECT_NE(titleRow(c.Names, 420), titleRow(c.Shown, 420));
+        }
+    }
 }
