@@ -137,8 +137,18 @@ void CListView::Refresh()
     SetRange(CursorDay());
     BuildRows();
     m_touch.SetScroll(0, 0);
-    RebuildRows(place, false);
+    RebuildRows(place, true);
+    ShowSelectedDay();
     UpdateListTitle();
+}
+
+// A list that opens further down begins with the row, so that what follows it shows, too.
+void CListView::ShowSelectedDay()
+{
+    if (!m_selected || m_touch.IsTouched())
+        return;
+    if (m_selected->m_bottom + D(kShowMargin) > m_touch.Height())
+        m_touch.ScrollBy(-m_list.RowRect(*m_selected).y());
 }
 
 void CListView::UpdateListTitle()
