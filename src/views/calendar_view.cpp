@@ -7,6 +7,8 @@
 #include "touch/device_pixels.h"
 #include "touch/touch_navigator.h"
 #include "touch/virtual_keys.h"
+#include "touch/wait_cursor.h"
+#include "views/date_keys.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -22,7 +24,9 @@ constexpr int kWheelStep = 60;         // design pixels of one notch
 constexpr int kDefaultTitleFormat = 1; // when the stored index is none of the table's
 } // namespace
 
-CCalendarView::CCalendarView(IViewHost& host, QWidget* parent) : QWidget(parent), m_host(host)
+CCalendarView::CCalendarView(IViewHost& host, QWidget* parent)
+    : QWidget(parent), m_host(host), m_overlay([this](const QRect& part) { update(ToLogical(part, m_factor)); }),
+      m_transition([this] { update(); })
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
@@ -49,6 +53,7 @@ void CCalendarView::Reshape()
         return;
     m_shapeSize = SurfaceSize();
     m_shapeDensity = density;
+    CancelDateRun();
     OnResize();
 }
 
@@ -153,6 +158,8 @@ void CCalendarView::paintEvent(QPaintEvent*)
     QPainter window(this);
     if (!m_created)
         return window.fillRect(rect(), Qt::black);
+    if (PaintDateRun(window))
+        return;
     if (devicePixelRatioF() == m_factor) {
         // Straight into the window's own buffer, which nobody sees before the paint is over.
         window.scale(1.0 / m_factor, 1.0 / m_factor);
@@ -160,6 +167,68 @@ void CCalendarView::paintEvent(QPaintEvent*)
     } else {
         BlitSurface(window, Snapshot(), {0, 0}, m_factor);
     }
+}
+
+// ---- running through dates
+
+void CCalendarView::StartDateRun(int stroke, QPoint at)
+{
+    const DATE cursor = PimStore().CursorDate();
+    if (GetOverlayUnit() == kOverlayNone || cursor == NO_DATE)
+        return;
+    CancelDateRun();
+    m_overlay.StartGesture(GetOverlayUnit(), stroke < 0 ? kKeyLeft : kKeyRight, DayNumber(cursor), at,
+                           Snapshot());
+    update();
+}
+
+void CCalendarView::CancelDateRun()
+{
+    if (!m_overlay.IsRunning() && !m_transition.IsRunning())
+        return;
+    m_overlay.Cancel();
+    m_transition.Stop();
+    update();
+}
+
+void CCalendarView::OnDateChosen(int day, int direction)
+{
+    update();
+    if (day < 1)
+        return;
+    // Weeks and months show days beyond their own.
+    if (GetOverlayUnit() != kOverlayDays)
+        day = NearestShowableDay(day);
+    if (direction != 0)
+        m_transition.StartTransition(direction, Snapshot());
+    const CWaitCursor wait;
+    SetCursorDate(day);
+    Refresh();
+}
+
+bool CCalendarView::PaintDateRun(QPainter& window)
+{
+    if (m_transition.NeedsPicture())
+        m_transition.SetPicture(Snapshot());
+    if (!m_overlay.IsRunning() && !m_transition.IsRunning())
+        return false;
+    const auto paint = [this](QPainter& dc) {
+        if (m_overlay.IsRunning())
+            m_overlay.Paint(dc);
+        else
+            m_transition.PaintTransition(dc);
+    };
+    if (devicePixelRatioF() == m_factor) {
+        window.scale(1.0 / m_factor, 1.0 / m_factor);
+        paint(window);
+        return true;
+    }
+    QImage picture(SurfaceSize(), QImage::Format_RGB32);
+    QPainter dc(&picture);
+    paint(dc);
+    dc.end();
+    BlitSurface(window, picture, {0, 0}, m_factor);
+    return true;
 }
 
 void CCalendarView::resizeEvent(QResizeEvent*)
@@ -177,14 +246,25 @@ void CCalendarView::mousePressEvent(QMouseEvent* event)
 
 void CCalendarView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons() & Qt::LeftButton)
-        OnMouseMove(ToSurface(event->position(), m_factor));
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint at = ToSurface(event->position(), m_factor);
+    if (m_overlay.IsRunning())
+        m_overlay.OnMouseMove(at);
+    else
+        OnMouseMove(at);
 }
 
 void CCalendarView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
-        OnLButtonUp(ToSurface(event->position(), m_factor));
+    if (event->button() != Qt::LeftButton)
+        return;
+    const bool running = m_overlay.IsRunning();
+    int direction = 0;
+    const int day = running ? m_overlay.OnLButtonUp(&direction) : 0;
+    OnLButtonUp(ToSurface(event->position(), m_factor));
+    if (running)
+        OnDateChosen(day, direction);
 }
 
 void CCalendarView::wheelEvent(QWheelEvent* event)
@@ -200,6 +280,7 @@ void CCalendarView::wheelEvent(QWheelEvent* event)
 
 void CCalendarView::contextMenuEvent(QContextMenuEvent* event)
 {
+    CancelDateRun();
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     OnContextMenu(byKey ? QPoint(-1, -1) : ToSurface(QPointF(event->pos()), m_factor));
     event->accept();

@@ -5,6 +5,8 @@
 //   converted.
 // Ownership: the host is borrowed and outlives the view; m_selected points into the leaf's rows.
 #pragma once
+#include "touch/date_overlay.h"
+#include "touch/screen_transition.h"
 #include "touch/soft_key_bar.h"
 #include "touch/touch_menu.h"
 #include "util/date_time.h"
@@ -67,6 +69,11 @@ public:
     // Identity and day of the selection, for whoever runs a dialog on it.
     CItemIdentity SelectedIdentity() const;
     int SelectedDay() const; // day number of the selected row, 0 without
+    // A finger that runs through dates, and the slide to the one it chose; the finger may be anywhere
+    // when another view comes to the front.
+    CDateOverlay& DateOverlay() { return m_overlay; }
+    CScreenTransition& Transition() { return m_transition; }
+    void CancelDateRun();
 
 protected:
     // In surface pixels. `dc` may be the window's own painter, so whatever is drawn with more than
@@ -77,6 +84,11 @@ protected:
     virtual void OnLButtonUp(QPoint) {}
     virtual void OnContextMenu(QPoint) {} // right click; (-1, -1) for the keyboard's menu key
     virtual CTouchNavigator* Navigator() { return nullptr; } // gets the wheel
+
+    // What a sideways stroke runs through.
+    virtual OverlayUnit GetOverlayUnit() const { return kOverlayNone; }
+    // After a stroke (-1 left, 1 right): the finger is the overlay's until it lifts.
+    void StartDateRun(int stroke, QPoint at);
 
     // Runs a menu of the selected item, or of the day, and sends the chosen command, unless the item
     // has gone meanwhile: it was not meant for another. The view may have gone, too, afterwards.
@@ -102,4 +114,11 @@ protected:
     QSize m_shapeSize;      // of the surface, as last laid out for
     int m_shapeDensity = 0;
     int m_factor = 1; // surface pixels of a logical one, as last painted with
+
+private:
+    void OnDateChosen(int day, int direction);
+    bool PaintDateRun(QPainter& window);
+
+    CDateOverlay m_overlay;
+    CScreenTransition m_transition;
 };

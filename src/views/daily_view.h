@@ -14,6 +14,7 @@ public:
 
     void OnCreate() override;
     int GetViewKind() const override { return kViewDaily; }
+    OverlayUnit GetOverlayUnit() const override { return kOverlayDays; }
     void OnClockChanged(int notice) override;
     void OnDataChanged(int dwParam, quint32 uType, quint32 oid) override;
     void Refresh() override;

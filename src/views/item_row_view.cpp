@@ -150,7 +150,7 @@ void CItemRowView::OnMouseMove(QPoint at)
         return;
     }
     m_touch.CancelTouch();
-    MoveDate(CSidewaysStroke::DateStep(stroke));
+    StartDateRun(stroke, at);
 }
 
 void CItemRowView::OnLButtonUp(QPoint at)

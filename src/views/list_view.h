@@ -13,6 +13,7 @@ public:
 
     void OnCreate() override;
     int GetViewKind() const override { return kViewList; }
+    OverlayUnit GetOverlayUnit() const override { return kOverlayWeeks; }
     void OnClockChanged(int notice) override;
     void OnDataChanged(int dwParam, quint32 uType, quint32 oid) override;
     void Refresh() override;
@@ -61,6 +62,7 @@ private:
     void ActivateRow();
     void ToggleDay(const CPaintingOrderItem& title);
     void CollapseAll(bool collapse);
+    void ShowSelectedDay();
     void UpdateListTitle();
 
     int TitleHeight() const;

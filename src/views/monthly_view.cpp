@@ -253,7 +253,7 @@ void CMonthlyView::OnMouseMove(QPoint at)
     }
     m_tapInPopOut = false;
     m_touch.CancelTouch();
-    MoveDate(CSidewaysStroke::DateStep(stroke));
+    StartDateRun(stroke, at);
 }
 
 void CMonthlyView::OnLButtonUp(QPoint at)

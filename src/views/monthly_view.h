@@ -20,6 +20,7 @@ public:
 
     void OnCreate() override;
     int GetViewKind() const override { return kViewMonthly; }
+    OverlayUnit GetOverlayUnit() const override { return kOverlayMonths; }
     void OnClockChanged(int notice) override;
     void OnDataChanged(int dwParam, quint32 uType, quint32 oid) override;
     void Refresh() override;

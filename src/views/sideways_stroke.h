@@ -1,8 +1,7 @@
-// A finger's stroke to a side, which moves the date. A thumb's arc while it scrolls is none: it goes up
+// A finger's stroke to a side, which begins to move the date. A thumb's arc while it scrolls is none: it goes up
 // or down as far as sideways.
 #pragma once
 #include "drawing/screen_metrics.h"
-#include "settings/settings.h"
 
 #include <QPoint>
 #include <cstdlib>
@@ -23,8 +22,6 @@ public:
         End();
         return way.x() < 0 ? -1 : 1;
     }
-    // The way in time: to the left brings the next date, like turning a page.
-    static int DateStep(int stroke) { return g_Settings.General.TouchNavInvert == 1 ? stroke : -stroke; }
 
 private:
     QPoint m_start{-1, -1};

@@ -175,7 +175,7 @@ void CWeeklyView::OnMouseMove(QPoint at)
         return;
     }
     if (const int stroke = m_stroke.Move(at))
-        MoveDate(CSidewaysStroke::DateStep(stroke));
+        StartDateRun(stroke, at);
 }
 
 void CWeeklyView::OnLButtonUp(QPoint at)

@@ -22,6 +22,7 @@ public:
 
     void OnCreate() override;
     int GetViewKind() const override { return kViewWeekly; }
+    OverlayUnit GetOverlayUnit() const override { return kOverlayWeeks; }
     void OnClockChanged(int notice) override;
     void OnDataChanged(int dwParam, quint32 uType, quint32 oid) override;
     void Refresh() override;

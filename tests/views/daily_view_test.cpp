@@ -444,14 +444,52 @@ TEST_F(Daily, StrokesMoveADayOnceEach)
         View->Refresh();
         Press({120, 100});
         MoveTo(c.To);
-        EXPECT_EQ(PimStore().CursorDate(), kToday + c.Days);
-        MoveTo(c.To + QPoint(c.To.x() < 120 ? -60 : 60, 0));
-        EXPECT_TRUE(c.Days == 0 || PimStore().CursorDate() == kToday + c.Days)
-            << "the touch is over after one day";
+        EXPECT_EQ(View->DateOverlay().IsRunning(), c.Days != 0);
         Release(c.To);
+        EXPECT_EQ(PimStore().CursorDate(), kToday + c.Days);
         EXPECT_FALSE(View->Scroller().IsTouched());
         EXPECT_TRUE(Host.Commands.empty());
     }
+}
+
+// A hand that strokes to the left, waits at the edge and lifts; then the new day slides in.
+TEST_F(Daily, AHeldStrokeRunsThroughDaysAndAQuickOneSlides)
+{
+    g_Settings.General.TouchNavAnimation = 0;
+    g_Settings.General.SlidingScreens = 1;
+    Open({240, 240});
+    View->show();
+    CNumberedTimers& timers = View->DateOverlay().Timers();
+    Press({120, 100});
+    MoveTo({60, 100});
+    EXPECT_EQ(timers.PeriodOf(kTimerOverlay), CDateOverlay::kFirstMs);
+    MoveTo({5, 130});
+    for (int n = 0; n < 4; ++n)
+        timers.Fire(kTimerOverlay);
+    EXPECT_EQ(PimStore().CursorDate(), kToday) << "not before it lifts";
+    Release({5, 130});
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 4);
+    EXPECT_FALSE(View->Transition().IsRunning());
+
+    Press({120, 100});
+    MoveTo({180, 100});
+    Release({180, 100});
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 3);
+    EXPECT_TRUE(View->Transition().NeedsPicture());
+    const QImage shown = View->grab().toImage();
+    EXPECT_FALSE(View->Transition().NeedsPicture());
+    CNumberedTimers& slide = View->Transition().Timers();
+    for (int n = 0; n < 10 && View->Transition().IsRunning(); ++n)
+        slide.Fire(kTimerTransition);
+    EXPECT_FALSE(View->Transition().IsRunning());
+    EXPECT_NE(View->grab().toImage(), shown);
+
+    Press({120, 100});
+    MoveTo({60, 100});
+    View->resize(320, 200);
+    EXPECT_FALSE(View->DateOverlay().IsRunning()) << "the picture under it is none any more";
+    Release({60, 100});
+    EXPECT_EQ(PimStore().CursorDate(), kToday + 3);
 }
 
 TEST_F(Daily, TapSelectsAndItsMenuSendsTheCommand)
