@@ -46,6 +46,12 @@ struct CCellGrid::Parts {
     }
 };
 
+void CCellGrid::SetShape(int columns, int rows)
+{
+    m_columns = columns;
+    m_rows = rows;
+}
+
 void CCellGrid::AddCell(CCell cell)
 {
     Q_ASSERT(GetCount() < m_columns * m_rows);

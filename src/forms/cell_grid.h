@@ -24,6 +24,7 @@ class CCellGrid
 public:
     CCellGrid(int columns, int rows) : m_columns(columns), m_rows(rows) {}
 
+    void SetShape(int columns, int rows); // before SetArea; for a page that was turned
     void SetCaption(const QString& caption) { m_caption = caption; }
     void AddCell(CCell cell); // row by row; no more than there is room for
     int GetCount() const { return int(m_cells.size()); }

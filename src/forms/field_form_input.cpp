@@ -1,8 +1,10 @@
 // How fingers and keys move through a form and its live controls.
 #include "desktop/keyboard_service.h"
 #include "drawing/screen_metrics.h"
+#include "forms/date_picker_dialog.h"
 #include "forms/field_controls.h"
 #include "forms/field_form.h"
+#include "forms/time_picker_dialog.h"
 #include "touch/virtual_keys.h"
 
 #include <QCheckBox>
@@ -107,14 +109,22 @@ void CFieldForm::StepChoice(int step)
 
 // ---- pickers
 
-bool CFieldForm::PickDate(DATE&)
+bool CFieldForm::PickDate(DATE& date)
 {
-    return false;
+    CDatePickerDialog picker(date == NO_DATE ? GetToday() : date);
+    if (picker.Run(this) != kDone)
+        return false;
+    date = picker.GetDate();
+    return true;
 }
 
-bool CFieldForm::PickTime(DATE&)
+bool CFieldForm::PickTime(DATE& time)
 {
-    return false;
+    CTimePickerDialog picker(time);
+    if (picker.Run(this) != kDone)
+        return false;
+    time = picker.GetTime();
+    return true;
 }
 
 void CFieldForm::OpenPicker(bool date)
@@ -249,7 +259,8 @@ bool CFieldForm::OnControlKey(QWidget* control, int key)
 
 bool CFieldForm::eventFilter(QObject* watched, QEvent* event)
 {
-    QWidget* const control = m_controls && watched->parent() == this ? qobject_cast<QWidget*>(watched) : nullptr;
+    QWidget* const control =
+        m_controls && watched->parent() == this ? qobject_cast<QWidget*>(watched) : nullptr;
     if (!control)
         return CFormDialog::eventFilter(watched, event);
     switch (event->type()) {

@@ -11,6 +11,8 @@ enum MenuBarId : int {
     kMenuBarOk = 50002,
     kMenuBarCancel = 50003,
     kMenuBarClose = 50004,
+    kMenuBarDatePicker = 50005, // "Done", "Menu"
+    kMenuBarSelect = 50006,     // "Select", "Cancel"
 };
 
 // What a message answers; also the commands of its keys.

@@ -1,10 +1,12 @@
 // The commands: one row each, one handler each.
 #include "desktop/keyboard_service.h"
+#include "forms/date_picker_dialog.h"
 #include "settings/settings.h"
 #include "shell/main_frame.h"
 #include "touch/command_ids.h"
 #include "touch/timer_ids.h"
 #include "touch/wait_cursor.h"
+#include "views/view_selector.h"
 
 namespace
 {
@@ -82,6 +84,7 @@ CMainFrame::Handler CMainFrame::FindHandler(int command)
         {CmdPreviousView, &CMainFrame::CmdShowPrevious},
         {CmdSearchOptions, &CMainFrame::CmdTellSearchView},
         {CmdSearchClear, &CMainFrame::CmdTellSearchView},
+        {CmdGoTo, &CMainFrame::CmdPickDate},
     };
     static constexpr CommandRange kRanges[] = {
         {CmdNoFilter, CmdFilterLast, &CMainFrame::CmdChooseFilter},
@@ -168,7 +171,19 @@ void CMainFrame::CmdToggleSelected(int)
 
 void CMainFrame::CmdPressViewButton(int)
 {
-    ShowView(ViewOfButton(), -1);
+    if (g_Settings.General.ViewSelectorMode != 1 || m_returnView != -1)
+        return ShowView(ViewOfButton(), -1);
+    const int kind = CViewSelector(g_Settings.General.LastView).Choose(this);
+    if (kind != -1 && m_up)
+        ShowView(kind, -1);
+}
+
+void CMainFrame::CmdPickDate(int)
+{
+    const DATE cursor = PimStore().CursorDate();
+    CDatePickerDialog picker(cursor == NO_DATE ? GetToday() : cursor);
+    if (picker.Run(this) == CFormDialog::kDone && m_up)
+        GoToDate(picker.GetDate());
 }
 
 void CMainFrame::CmdShowPrevious(int)

@@ -144,6 +144,7 @@ private:
     void CmdDuplicateItem(int);
     void CmdToggleSelected(int);
     void CmdPressViewButton(int);
+    void CmdPickDate(int);
     void CmdShowPrevious(int);
     void CmdRebuildKeys(int);
     void CmdToggleInputPanel(int);

@@ -15,6 +15,8 @@ int VirtualKeyOf(const QKeyEvent& event)
     case Qt::Key_Escape:
     case Qt::Key_Back:
         return kKeyEscape;
+    case Qt::Key_Space:
+        return kKeySpace;
     case Qt::Key_PageUp:
         return kKeyPageUp;
     case Qt::Key_PageDown:

@@ -7,6 +7,7 @@ enum VirtualKey : int {
     kKeyNone = 0,
     kKeyReturn = 13,
     kKeyEscape = 27, // also the device's back key
+    kKeySpace = 32,
     kKeyPageUp = 33,
     kKeyPageDown = 34,
     kKeyEnd = 35,
