@@ -23,7 +23,7 @@ constexpr int kLargestFont = 13; // of six, each one less
 
 constexpr int kFontModel = 0;
 constexpr int kLastPhase = 3;
-constexpr quint32 kStripAlpha = 208; // of black over the view, so that white reads on any colour
+constexpr quint32 kStripAlpha = 232; // of black over the view, so that white reads on any colour
 constexpr COLORREF kColorMiddle = 0xFFFFFF, kColorBeside = 0xA4A4A4, kColorFar = 0x606060;
 
 bool CanTell(int day)
