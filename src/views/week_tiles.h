@@ -11,7 +11,7 @@ struct CWeekTilesSetup {
     QSize Client;
     int BarPlace = 0; // 0 no bar, 1 above the tiles, 2 below them
     int BarHeight = 0;
-    bool WideFirst = false;     // four rows, the first tile as wide as the view
+    bool WideFirst = false;      // four rows, the first tile as wide as the view
     bool DownTheColumns = false; // days follow one another downwards
 };
 

@@ -108,9 +108,9 @@ TEST_F(List, TheSevenDaysBeginWhereTheSettingsSay)
         bool OnToday;
         int Date, First; // days from today, a Tuesday
     } cases[] = {
-        {0, false, 0, -2},  {1, false, 0, -1},  {2, false, 0, -3}, {0, false, -2, -2}, {0, false, 4, -2},
-        {0, false, 5, 5},   {1, false, 5, -1},  {1, false, 6, 6},  {2, false, 4, 4},   {2, false, -3, -3},
-        {0, true, 0, 0},    {1, true, 0, 0},    {2, true, 6, 0},   {1, true, -1, -7},  {1, true, 7, 7},
+        {0, false, 0, -2}, {1, false, 0, -1}, {2, false, 0, -3}, {0, false, -2, -2}, {0, false, 4, -2},
+        {0, false, 5, 5},  {1, false, 5, -1}, {1, false, 6, 6},  {2, false, 4, 4},   {2, false, -3, -3},
+        {0, true, 0, 0},   {1, true, 0, 0},   {2, true, 6, 0},   {1, true, -1, -7},  {1, true, 7, 7},
     };
     for (const auto& c : cases) {
         g_Settings.General.WeekStartDay = c.WeekStart;
@@ -128,7 +128,10 @@ TEST_F(List, EmptyDaysShowAsChosen)
     const struct {
         int EmptyDays, IncludeTasks;
         const char* Shape;
-    } cases[] = {{0, 1, "T-T12T-T7T-T-T-"}, {1, 1, "T12T7"}, {0, 0, "T-T12T-T-T-T-T-"}, {1, 0, "T12"},
+    } cases[] = {{0, 1, "T-T12T-T7T-T-T-"},
+                 {1, 1, "T12T7"},
+                 {0, 0, "T-T12T-T-T-T-T-"},
+                 {1, 0, "T12"},
                  {2, 1, "TT12TT7T-TT"}};
     for (const auto& c : cases) {
         g_Settings.ListView.EmptyDays = c.EmptyDays;
@@ -301,9 +304,9 @@ TEST_F(List, KeysGoToDates)
 {
     const struct {
         int Key, Day;
-    } cases[] = {{kKeyLeft, kToday - 7},      {kKeyRight, kToday + 7},   {kKeyPageUp, kToday - 7},
-                 {kKeyPageDown, kToday + 7},  {'1', Day(2026, 2, 17)},   {'3', Day(2026, 4, 17)},
-                 {'4', Day(2025, 3, 17)},     {'6', Day(2027, 3, 17)},   {'2', kToday},
+    } cases[] = {{kKeyLeft, kToday - 7},     {kKeyRight, kToday + 7}, {kKeyPageUp, kToday - 7},
+                 {kKeyPageDown, kToday + 7}, {'1', Day(2026, 2, 17)}, {'3', Day(2026, 4, 17)},
+                 {'4', Day(2025, 3, 17)},    {'6', Day(2027, 3, 17)}, {'2', kToday},
                  {kKeyHome, kToday}};
     for (const auto& c : cases) {
         PimStore().LoadRange(kToday, kToday, kToday);
@@ -400,8 +403,8 @@ TEST_F(List, AllViewsShareTheDateAndItsItems)
             EXPECT_EQ(Cursor(), expected) << mover->GetViewKind() << " to " << view->GetViewKind();
         }
         EXPECT_EQ(View->SelectedRow(), TitleOf(expected));
-        EXPECT_TRUE(weekly.PopOutRect().contains(
-            weekly.Tiles().TileForDay(expected - weekly.FirstDay()).center()));
+        EXPECT_TRUE(
+            weekly.PopOutRect().contains(weekly.Tiles().TileForDay(expected - weekly.FirstDay()).center()));
     }
     for (int day = kToday + 1; day <= kToday + 6; ++day) {
         PimStore().LoadRange(day, day, day);

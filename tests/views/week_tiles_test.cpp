@@ -12,8 +12,8 @@ struct CCase {
     int Left, Top, Right, Bottom; // of the tiles' area; the latter two exclusive
 };
 const CCase kCases[] = {
-    {"no bar", false, 0, 0, 0, 240, 270},      {"bar above", false, 1, 0, 21, 240, 270},
-    {"bar below", false, 2, 0, 0, 240, 249},   {"wide, no bar", true, 0, 0, 0, 240, 270},
+    {"no bar", false, 0, 0, 0, 240, 270},          {"bar above", false, 1, 0, 21, 240, 270},
+    {"bar below", false, 2, 0, 0, 240, 249},       {"wide, no bar", true, 0, 0, 0, 240, 270},
     {"wide, bar above", true, 1, 0, 21, 240, 270}, {"wide, bar below", true, 2, 0, 0, 240, 249},
 };
 
@@ -55,9 +55,9 @@ TEST(WeekTiles, EveryTileLiesWhereItsLayoutPutsIt)
 
 TEST(WeekTiles, TheSizesOfAKnownViewAreThese)
 {
-    const QRect three[] = {{0, 0, 120, 90},    {121, 0, 119, 90},   {0, 91, 120, 89},  {121, 91, 119, 89},
-                           {0, 181, 120, 89},  {121, 181, 119, 45}, {121, 227, 119, 43}};
-    const QRect four[] = {{0, 0, 240, 67},    {0, 68, 120, 66},  {121, 68, 119, 66}, {0, 135, 120, 66},
+    const QRect three[] = {{0, 0, 120, 90},   {121, 0, 119, 90},   {0, 91, 120, 89},   {121, 91, 119, 89},
+                           {0, 181, 120, 89}, {121, 181, 119, 45}, {121, 227, 119, 43}};
+    const QRect four[] = {{0, 0, 240, 67},     {0, 68, 120, 66},  {121, 68, 119, 66}, {0, 135, 120, 66},
                           {121, 135, 119, 66}, {0, 202, 120, 68}, {121, 202, 119, 68}};
     for (int tile = 0; tile < 7; ++tile) {
         EXPECT_EQ(TilesOf(false, 0).Tile(tile), three[tile]) << tile;

@@ -78,9 +78,9 @@ TEST_F(Week, TheWeekBeginsWhereTheSettingsSay)
         bool OnToday;
         int Date, First; // days from today, a Tuesday
     } cases[] = {
-        {0, false, 0, -2}, {1, false, 0, -1}, {2, false, 0, -3}, {0, false, 5, 5},  {1, false, 5, -1},
-        {1, false, 6, 6},  {2, false, 4, 4},  {2, false, 3, -3}, {0, true, 0, 0},   {1, true, 6, 0},
-        {2, true, -1, -7}, {1, true, 7, 7},
+        {0, false, 0, -2}, {1, false, 0, -1}, {2, false, 0, -3}, {0, false, 5, 5},
+        {1, false, 5, -1}, {1, false, 6, 6},  {2, false, 4, 4},  {2, false, 3, -3},
+        {0, true, 0, 0},   {1, true, 6, 0},   {2, true, -1, -7}, {1, true, 7, 7},
     };
     for (const auto& c : cases) {
         g_Settings.General.WeekStartDay = c.WeekStart;
@@ -112,7 +112,9 @@ TEST_F(Week, TilesTellTodayAndTheWeekend)
                 continue;
             const int weekday = DayOfWeekOf(day);
             const bool free = weekday == weekend[weekStart][0] || weekday == weekend[weekStart][1];
-            EXPECT_EQ(TileColor(day), Color(day == kToday ? 5010 : free ? 5005 : 5003))
+            EXPECT_EQ(TileColor(day), Color(day == kToday ? 5010
+                                            : free        ? 5005
+                                                          : 5003))
                 << weekStart << ' ' << n;
         }
     }
@@ -164,10 +166,10 @@ TEST_F(Week, KeysFollowTheLayout)
 {
     const struct {
         int Vertical, Key, Days;
-    } cases[] = {{0, kKeyLeft, -1}, {0, kKeyRight, 1},     {0, kKeyUp, -7},      {0, kKeyDown, 7},
-                 {1, kKeyLeft, -7}, {1, kKeyRight, 7},     {1, kKeyUp, -1},      {1, kKeyDown, 1},
-                 {0, kKeyPageUp, -7}, {1, kKeyPageDown, 7}, {0, '1', -28},        {0, '3', 31},
-                 {0, '4', -365},    {0, '6', 365},         {0, '2', 0},          {1, kKeyHome, 0}};
+    } cases[] = {{0, kKeyLeft, -1},   {0, kKeyRight, 1},    {0, kKeyUp, -7}, {0, kKeyDown, 7},
+                 {1, kKeyLeft, -7},   {1, kKeyRight, 7},    {1, kKeyUp, -1}, {1, kKeyDown, 1},
+                 {0, kKeyPageUp, -7}, {1, kKeyPageDown, 7}, {0, '1', -28},   {0, '3', 31},
+                 {0, '4', -365},      {0, '6', 365},        {0, '2', 0},     {1, kKeyHome, 0}};
     for (const auto& c : cases) {
         g_Settings.WeekView.VerticalScrolling = c.Vertical;
         PimStore().LoadRange(kToday, kToday, kToday);
@@ -254,7 +256,8 @@ TEST_F(Week, AnySizeIsFilled)
     for (const int place : {0, 1, 2}) {
         g_Settings.WeekView.IncludeTimelinesBar = place;
         Open();
-        for (const QSize size : {QSize(240, 320), QSize(320, 170), QSize(30, 30), QSize(1, 1), QSize(900, 600)}) {
+        for (const QSize size :
+             {QSize(240, 320), QSize(320, 170), QSize(30, 30), QSize(1, 1), QSize(900, 600)}) {
             View->resize(size);
             View->OnResize();
             EXPECT_EQ(View->Snapshot().size(), size);
