@@ -103,8 +103,10 @@ void CMainFrame::ShowView(int kind, int returnView)
     view->setFocus();
     CFormDialog::KeepInFront(); // another program's request may come under a question
     view->Refresh();
-    if (old && old != view)
+    if (old && old != view) {
+        old->CancelDateRun(); // its finger's lifting must not move the date under this one
         old->OnDeactivate();
+    }
     UpdateViewButton();
 }
 
