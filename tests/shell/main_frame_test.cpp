@@ -39,7 +39,8 @@ TEST_F(MainFrame, ComesUpOnTodayWithKeysAndTitle)
     ASSERT_TRUE(m_created);
     EXPECT_EQ(PimStore().CursorDate(), kToday);
     EXPECT_EQ(SubjectsOf(kToday), QStringList{"here"});
-    EXPECT_EQ(CommandsOf(frame.SoftKeys()), (std::vector<int>{CmdViewButton, CmdDateBack, CmdDateForward, CmdMenu}));
+    EXPECT_EQ(CommandsOf(frame.SoftKeys()), (std::vector<int>{CmdViewButton, CmdDateBack, CmdGoTo,
+                                                           CmdDateForward, CmdMenu}));
     EXPECT_TRUE(frame.TitleText().contains("2026")) << frame.TitleText().toStdString();
     EXPECT_EQ(frame.windowTitle(), "Tessera") << "the strip has the view's own";
     EXPECT_EQ(frame.CurrentView()->geometry(), QRect(14, 0, 226, 280));
@@ -191,9 +192,9 @@ TEST_F(MainFrame, DatesMoveByCommandAndSoftKey)
     QTest::mouseClick(&frame, Qt::LeftButton, {}, {90, 300});
     EXPECT_EQ(PimStore().CursorDate(), kToday - 1) << "the second key goes back";
     QTest::mouseClick(&frame, Qt::LeftButton, {}, {150, 300});
-    EXPECT_EQ(PimStore().CursorDate(), kToday) << "the third goes forward";
+    EXPECT_EQ(PimStore().CursorDate(), kToday) << "the fourth goes forward";
     QTest::mousePress(&frame, Qt::LeftButton, {}, {150, 300});
-    EXPECT_EQ(frame.SoftKeys().Pressed(), 2);
+    EXPECT_EQ(frame.SoftKeys().Pressed(), 3);
     QTest::mouseRelease(&frame, Qt::LeftButton, {}, {150, 279});
     EXPECT_EQ(frame.SoftKeys().Pressed(), -1);
     EXPECT_EQ(PimStore().CursorDate(), kToday) << "the finger left the key";
