@@ -5,8 +5,6 @@
 #include "drawing/text.h"
 #include "forms/form_parts.h"
 #include "platform/locale.h"
-#include "settings/settings.h"
-#include "settings/system_colors.h"
 #include "touch/device_pixels.h"
 #include "util/date_time.h"
 #include "util/string_ids.h"
@@ -71,21 +69,11 @@ bool IsMultiLine(const CFieldRow& row)
     return row.HasFlag(kRowMultiLine) && !row.HasFlag(kRowDigits);
 }
 
-// The modes 0 and 1 keep what was last in use, 2 and 3 complete words, 4 and 5 spell; odd ones
-// begin with a capital.
 Qt::InputMethodHints HintsOf(const CFieldRow& row)
 {
     if (row.HasFlag(kRowDigits))
         return Qt::ImhDigitsOnly;
-    const int mode = g_Settings.General.TextInputMode;
-    Qt::InputMethodHints hints = Qt::ImhNone;
-    if (mode == 4 || mode == 5)
-        hints |= Qt::ImhNoPredictiveText;
-    if (mode % 2 == 0)
-        hints |= Qt::ImhNoAutoUppercase;
-    if (IsMultiLine(row))
-        hints |= Qt::ImhMultiLine;
-    return hints;
+    return IsMultiLine(row) ? TextInputHints() | Qt::ImhMultiLine : TextInputHints();
 }
 
 void Put(QWidget* control, const QRect& surface, int k)
@@ -114,15 +102,8 @@ CFieldControls::CFieldControls(QWidget* form)
     }
     Day->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
     Button->setAutoDefault(false);
-    QPalette palette = form->palette(); // light ground whatever the desktop's theme says
-    palette.setColor(QPalette::Base, ToQColor(SystemColor::Window));
-    palette.setColor(QPalette::Text, ToQColor(SystemColor::WindowText));
-    palette.setColor(QPalette::Button, QColor(0xEE, 0xF1, 0xF4));
-    palette.setColor(QPalette::ButtonText, ToQColor(kFormInk));
-    palette.setColor(QPalette::Window, ToQColor(SystemColor::Window));
-    palette.setColor(QPalette::WindowText, ToQColor(SystemColor::WindowText));
     for (QWidget* const control : std::initializer_list<QWidget*>{Line, Lines, List, Day, Time, Button, Box})
-        control->setPalette(palette);
+        LightenControl(*control);
     HideAll();
 }
 

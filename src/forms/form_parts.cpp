@@ -2,10 +2,14 @@
 #include "drawing/image_store.h"
 #include "drawing/paint.h"
 #include "drawing/text.h"
+#include "settings/settings.h"
+#include "settings/system_colors.h"
 
 #include <QFont>
 #include <QPainter>
+#include <QPalette>
 #include <QTextLayout>
+#include <QWidget>
 #include <algorithm>
 
 namespace
@@ -85,4 +89,29 @@ QFont LogicalFont(QFont font, int k)
 {
     font.setPixelSize(std::max(font.pixelSize() / k, 1));
     return font;
+}
+
+void LightenControl(QWidget& control)
+{
+    QPalette palette = control.palette();
+    palette.setColor(QPalette::Base, ToQColor(SystemColor::Window));
+    palette.setColor(QPalette::Text, ToQColor(SystemColor::WindowText));
+    palette.setColor(QPalette::Button, QColor(0xEE, 0xF1, 0xF4));
+    palette.setColor(QPalette::ButtonText, ToQColor(kFormInk));
+    palette.setColor(QPalette::Window, ToQColor(SystemColor::Window));
+    palette.setColor(QPalette::WindowText, ToQColor(SystemColor::WindowText));
+    control.setPalette(palette);
+}
+
+// The modes 0 and 1 keep what was last in use, 2 and 3 complete words, 4 and 5 spell; odd ones
+// begin with a capital.
+Qt::InputMethodHints TextInputHints()
+{
+    const int mode = g_Settings.General.TextInputMode;
+    Qt::InputMethodHints hints = Qt::ImhNone;
+    if (mode == 4 || mode == 5)
+        hints |= Qt::ImhNoPredictiveText;
+    if (mode % 2 == 0)
+        hints |= Qt::ImhNoAutoUppercase;
+    return hints;
 }

@@ -10,6 +10,7 @@
 #include <initializer_list>
 
 class QPainter;
+class QWidget;
 
 constexpr COLORREF kFormInk = Rgb(0x2B, 0x3E, 0x55);
 constexpr COLORREF kFormHairLine = 0xDDE1DE;
@@ -31,3 +32,7 @@ void PaintDisc(QPainter& dc, const QRect& square, const QString& sign, COLORREF 
 
 // A font of the image store for a live control, whose pixels are k times as large.
 QFont LogicalFont(QFont font, int k);
+// A light ground whatever the desktop's theme says.
+void LightenControl(QWidget& control);
+// What an on-screen keyboard is told by the setting of text input.
+Qt::InputMethodHints TextInputHints();

@@ -18,7 +18,7 @@ void CItemRowList::SetLook(const CItemRowListLook& look)
 {
     m_look = look;
     m_pictures.Clear();
-    m_placed = false;
+    ForgetPlaces();
 }
 
 void CItemRowList::Clear()
@@ -26,13 +26,28 @@ void CItemRowList::Clear()
     m_pictures.Clear();
     m_selected = nullptr;
     m_rows.Clear();
-    m_placed = false;
+    ForgetPlaces();
 }
 
 CPaintingOrderItem* CItemRowList::Add(CPimRecord* record, CPimItem* item, int day)
 {
-    m_placed = false;
+    ForgetPlaces();
     return m_rows.InsertInOrder(std::make_unique<CPaintingOrderItem>(record, item, day, m_rows.GetCount()));
+}
+
+CPaintingOrderItem* CItemRowList::InsertItem(CPimItem& item, int day, int order)
+{
+    m_placed = false;
+    return m_rows.InsertInOrder(std::make_unique<CPaintingOrderItem>(nullptr, &item, day, order));
+}
+
+void CItemRowList::Remove(CPaintingOrderItem* row)
+{
+    m_placed = false;
+    m_pictures.Drop(row);
+    if (row == m_selected)
+        Select(nullptr);
+    m_rows.Erase(row);
 }
 
 CPaintingOrderItem* CItemRowList::AddItem(CPimItem& item, int day)
@@ -79,17 +94,20 @@ void CItemRowList::LayOut(int width)
 {
     if (m_placed && width == m_width)
         return;
-    m_pictures.Clear();
+    const bool anew = !m_measured || width != m_width;
+    if (anew)
+        m_pictures.Clear();
     m_width = width;
     int top = m_look.TopMargin;
     for (const auto& row : m_rows) {
+        const int known = anew ? 0 : row->m_bottom - row->m_top;
         row->m_top = top;
-        row->m_bottom = top + PaintItem(nullptr, *row, {0, top, width, 0}, false);
+        row->m_bottom = top + (known ? known : PaintItem(nullptr, *row, {0, top, width, 0}, false));
         top = row->m_bottom + D(1);
     }
     // The last row's shadow needs room, too.
     m_contentHeight = m_rows.IsEmpty() ? 0 : top + m_look.BottomMargin + (Pad() ? Pad() + D(2) : 0);
-    m_placed = true;
+    m_placed = m_measured = true;
 }
 
 CPaintingOrderItem* CItemRowList::RowAt(int y) const

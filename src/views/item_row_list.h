@@ -1,6 +1,6 @@
 // A list of item rows that scrolls: the rows, their places, their pictures, and which of them is
 // selected and stands out. A view adds rows of its own kinds (titles, placeholders) between them.
-// Rows: in the order in which they are added, parted by a line. A row's height is known once it was
+// Rows: in the order in which they are added, or by a key when inserted, parted by a line. A row's height is known once it was
 //   measured and is kept in the row; its picture is kept while it is near the visible part.
 // Units: surface pixels; content coordinates begin at the top of the list.
 // Ownership: the list owns its rows, which borrow their items from the day cache: whoever lets the
@@ -42,6 +42,10 @@ public:
     // Null, and no row, for an item that the filters hide.
     CPaintingOrderItem* AddItem(CPimItem& item, int day);
     CPaintingOrderItem* AddOwn(CPimRecord& record, int day);
+    // Ascending by order, before rows of equal order. What was measured of the others stays, so that a
+    // list may grow row by row.
+    CPaintingOrderItem* InsertItem(CPimItem& item, int day, int order);
+    void Remove(CPaintingOrderItem* row); // the selection goes with it
     void Select(CPaintingOrderItem* row); // null for none
     CPaintingOrderItem* Selected() const { return m_selected; }
     // The row above (-1) or below (1) the selected one, or the first one from that end; null without rows.
@@ -50,7 +54,7 @@ public:
     const CPaintingOrderList& Rows() const { return m_rows; }
     const CRowBitmapCache& Pictures() const { return m_pictures; }
     void ForgetPictures() { m_pictures.Clear(); }
-    void ForgetPlaces() { m_placed = false; } // some row's height has changed
+    void ForgetPlaces() { m_placed = m_measured = false; } // some row's height has changed
 
     // Gives every row its place for that width, if it has none; Render does so by itself.
     void LayOut(int width);
@@ -80,6 +84,7 @@ private:
     CPaintingOrderItem* m_selected = nullptr;
     CRowBitmapCache m_pictures;
     bool m_placed = false;
+    bool m_measured = false; // every row that has a height has the right one
     int m_width = 0; // that the rows' places are for
     int m_contentHeight = 0;
 };

@@ -4,6 +4,8 @@
 #include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
 #include "drawing/text.h"
+#include "forms/field_row.h"
+#include "pim/item_cache.h"
 #include "pim/pim_store.h"
 #include "settings/item_text.h"
 #include "settings/settings.h"
@@ -17,6 +19,11 @@ namespace
 {
 constexpr int kIconsOfALine = 2;
 constexpr int kColorSelectedText = 503;
+
+QString DatesOf(const CAppointment& item)
+{
+    return FieldDateText(item.Start) + QStringLiteral(" - ") + FieldDateText(SpreadSpan(item, 0).Last);
+}
 } // namespace
 
 CItemRowPainter::CItemRowPainter() : m_measures(std::make_unique<Measures>()) {}
@@ -161,6 +168,8 @@ int CItemRowPainter::PaintAppointmentLines(Row& row, const CAppointment& item, i
     const int font = item.Past ? m_setup.FontSubjectPast : m_setup.FontSubject;
     const auto moveDown = [&row](int height) { row.Rest.moveTop(row.Rest.y() + height); };
     moveDown(DrawRowText(row, item.Subject, row.Rest, m_colors.OfText(item, m_setup.Subject), font));
+    if (m_setup.DateLine)
+        moveDown(DrawRowText(row, DatesOf(item), row.Rest, m_setup.Time, m_setup.FontText));
     if (includeLocation)
         moveDown(DrawRowText(row, item.Location, row.Rest, m_setup.Location, m_setup.FontText));
     moveDown(DrawTimeText(row, item, day));

@@ -21,6 +21,7 @@ struct CRowPainterSetup {
     int FontText = 0, FontSubject = 0, FontSubjectPast = 0; // font numbers
     COLORREF Subject = 0, Time = 0, Location = 0, Special = 0;
     COLORREF Selection = 0; // of the background that selected rows are painted over
+    bool DateLine = false;  // of several lines: an appointment's dates below its subject
 };
 
 // An icon at a row's right end.

@@ -46,6 +46,11 @@ CPaintingOrderItem* CPaintingOrderList::InsertInOrder(std::unique_ptr<CPaintingO
     return m_entries.insert(place, std::move(entry))->get();
 }
 
+void CPaintingOrderList::Erase(const CPaintingOrderItem* entry)
+{
+    std::erase_if(m_entries, [entry](const auto& listed) { return listed.get() == entry; });
+}
+
 CPaintingOrderItem* CPaintingOrderList::GetAt(int index) const
 {
     return index >= 0 && index < GetCount() ? m_entries[size_t(index)].get() : nullptr;

@@ -43,6 +43,7 @@ class CPaintingOrderList
 public:
     // Ascending by order, before an entry of equal order. Result: the entry in the list.
     CPaintingOrderItem* InsertInOrder(std::unique_ptr<CPaintingOrderItem> entry);
+    void Erase(const CPaintingOrderItem* entry);
     void Clear() { m_entries.clear(); }
     int GetCount() const { return int(m_entries.size()); }
     bool IsEmpty() const { return m_entries.empty(); }

@@ -13,6 +13,7 @@ class CRowBitmapCache
 public:
     const QImage* Find(const CPaintingOrderItem* row) const;
     void Put(const CPaintingOrderItem* row, QImage picture) { m_rows[row] = std::move(picture); }
+    void Drop(const CPaintingOrderItem* row) { m_rows.erase(row); }
     const QImage* Selected() const { return m_selected.isNull() ? nullptr : &m_selected; }
     void PutSelected(QImage picture) { m_selected = std::move(picture); }
     void DropSelected() { m_selected = QImage(); }
