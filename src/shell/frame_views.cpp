@@ -14,6 +14,7 @@
 #include "views/daily_view.h"
 #include "views/list_view.h"
 #include "views/monthly_view.h"
+#include "views/search_view.h"
 #include "views/weekly_view.h"
 
 namespace
@@ -31,6 +32,7 @@ constexpr struct {
     {kViewList, MakeView<CListView>},
     {kViewWeekly, MakeView<CWeeklyView>},
     {kViewMonthly, MakeView<CMonthlyView>},
+    {kViewSearch, MakeView<CSearchView>},
 };
 
 constexpr struct {
