@@ -19,6 +19,8 @@
 #include <QCalendarWidget>
 #include <QLocale>
 #include <QPainter>
+#include <QTextCharFormat>
+#include <QToolButton>
 #include <algorithm>
 
 namespace
@@ -36,6 +38,7 @@ constexpr int kFontValue = 4, kFontWeekday = 0;
 constexpr unsigned kMiddle = kTextCentre | kTextVCentre | kTextSingleLine | kTextNoPrefix;
 constexpr int kDaysOfWeek = 7;
 constexpr int kWheelNotch = 120;
+constexpr int kNamedDayWidth = 44; // logical pixels
 constexpr int kCalendarMargin = 8; // design pixels
 
 enum MenuCommand { kNextWeek = 101, kPriorWeek = 102 }; // 2 closes a menu
@@ -56,6 +59,21 @@ int DaysOf(int year, int month)
 DATE DateOfParts(int year, int month, int day)
 {
     return DateOf({quint16(year), quint16(month), 0, quint16(day), 0, 0, 0, 0});
+}
+
+// Its arrows and colours as those of the rest of the page.
+void DressCalendar(QCalendarWidget& calendar)
+{
+    const std::pair<const char*, int> kArrows[] = {{"qt_calendar_prevmonth", PictureBack},
+                                                   {"qt_calendar_nextmonth", PictureForward}};
+    for (const auto& [name, picture] : kArrows) {
+        if (auto* button = calendar.findChild<QToolButton*>(QString::fromLatin1(name)))
+            button->setIcon(QIcon(QPixmap::fromImage(g_ImageStore.Image(picture).ToImage())));
+    }
+    QTextCharFormat ink;
+    ink.setForeground(ToQColor(kFormInk));
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
+        calendar.setWeekdayTextFormat(day, ink);
 }
 
 // A day that all three drums can show.
@@ -191,6 +209,7 @@ void CDatePickerDialog::OpenCalendar()
     m_calendar->setMaximumDate(QDate(kLastYear, 12, 31));
     m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     m_calendar->setGridVisible(false);
+    DressCalendar(*m_calendar);
     const int first = GetLocaleInfo(LocaleValue::FirstDayOfWeek).toInt(); // 0 Monday
     m_calendar->setFirstDayOfWeek(Qt::DayOfWeek(std::clamp(first, 0, kDaysOfWeek - 1) + 1));
     m_calendar->setSelectedDate(QDateOf(m_date));
@@ -219,7 +238,11 @@ void CDatePickerDialog::PlaceCalendar()
         return;
     const int margin = D(kCalendarMargin);
     const QRect area = Layout().Client.adjusted(margin, margin, -margin, -margin);
-    m_calendar->setGeometry(ToLogical(area, CurrentFactor()));
+    const QRect place = ToLogical(area, CurrentFactor());
+    m_calendar->setGeometry(place);
+    m_calendar->setHorizontalHeaderFormat(place.width() < kDaysOfWeek * kNamedDayWidth
+                                              ? QCalendarWidget::SingleLetterDayNames
+                                              : QCalendarWidget::ShortDayNames);
 }
 
 // ---- paint

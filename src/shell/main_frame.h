@@ -51,6 +51,7 @@ public:
 
     // ---- what others send
     void SendCommand(int command) override;
+    bool Offers(int command) const override { return OffersCommand(command); }
     void UpdateTitle() override;
     void RebuildSoftKeys() override;
     void ShowDaily(int returnView) override;

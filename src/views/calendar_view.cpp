@@ -9,6 +9,7 @@
 #include "touch/virtual_keys.h"
 #include "touch/wait_cursor.h"
 #include "views/date_keys.h"
+#include "views/item_details_form.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -25,7 +26,8 @@ constexpr int kDefaultTitleFormat = 1; // when the stored index is none of the t
 } // namespace
 
 CCalendarView::CCalendarView(IViewHost& host, QWidget* parent)
-    : QWidget(parent), m_host(host), m_overlay([this](const QRect& part) { update(ToLogical(part, m_factor)); }),
+    : QWidget(parent), m_host(host),
+      m_overlay([this](const QRect& part) { update(ToLogical(part, m_factor)); }),
       m_transition([this] { update(); })
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -114,6 +116,12 @@ void CCalendarView::RunMenu(CTouchMenu& menu)
     const int command = menu.Run(this);
     if (alive && command != CmdNone && SelectedIdentity().IsSameItem(chosenFor))
         m_host.SendCommand(command);
+}
+
+void CCalendarView::OnCommandOpenItem()
+{
+    if (const auto* item = dynamic_cast<const CPimItem*>(GetSelectedItem()))
+        ShowItemDetails(*item, this);
 }
 
 void CCalendarView::SetTitle(const QString& title)

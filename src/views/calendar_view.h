@@ -46,7 +46,7 @@ public:
     virtual bool FillTouchMenu(CTouchMenu& menu); // true for the full soft keys
     virtual void FillSoftKeys(CSoftKeyBar& keys);
     virtual void RebuildSoftKeys(CSoftKeyBar& keys);
-    virtual void OnCommandOpenItem() {}
+    virtual void OnCommandOpenItem(); // shows the selected item's details
     virtual void OnDeactivate() {}
     virtual void SetCursorDate(DATE date);
     virtual bool WantsBackKey() const { return false; }

@@ -132,13 +132,13 @@ void CDailyView::OnClockChanged(int)
 
 bool CDailyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(menu, SelectedItem());
+    AddViewMenuRows(m_host, menu, SelectedItem());
     return true;
 }
 
 bool CDailyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(menu, SelectedItem());
+    AddViewMenuRows(m_host, menu, SelectedItem());
     return true;
 }
 
@@ -163,6 +163,13 @@ bool CDailyView::OnKey(int key)
         return GoToDay(DayOfDateKey(key, day));
     case '2':
         GoToToday();
+        return true;
+    case '5':
+        m_host.SendCommand(CmdGoTo);
+        return true;
+    case kKeyReturn:
+        if (m_selected)
+            m_host.SendCommand(CmdOpenItem);
         return true;
     case '9':
         m_host.SendCommand(CmdToggleTask);

@@ -219,3 +219,11 @@ void CItemDetailsForm::OnWheel(int angle)
 {
     m_scroller.ScrollBy(angle * kWheelLines * LineHeight(g_ImageStore.Font(0)) / kWheelNotch);
 }
+
+void ShowItemDetails(const CPimItem& item, QWidget* owner)
+{
+    if (item.GetKind() == kKindAppointment)
+        CItemDetailsForm(static_cast<const CAppointment&>(item), {}).Run(owner);
+    else if (const auto* task = dynamic_cast<const CTask*>(&item))
+        CItemDetailsForm(*task, {}).Run(owner);
+}

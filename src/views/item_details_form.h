@@ -87,3 +87,6 @@ private:
     int m_laidOutWidth = -1, m_laidOutMultiple = 0;
     int m_y = 0; // while laying out; then the content's height
 };
+
+// The page of an appointment or task; nothing for other kinds. The item may go while it runs.
+void ShowItemDetails(const CPimItem& item, QWidget* owner);

@@ -132,7 +132,7 @@ void CItemRowView::RunItemMenu()
     if (!SelectedItem())
         return;
     CTouchMenu menu(SelectedItem()->Subject);
-    AddItemMenuRows(menu, *SelectedItem());
+    AddItemMenuRows(m_host, menu, *SelectedItem());
     RunMenu(menu);
 }
 

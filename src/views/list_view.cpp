@@ -283,13 +283,13 @@ void CListView::RunItemMenu()
     if (m_selected->m_item)
         return CItemRowView::RunItemMenu();
     CTouchMenu menu(GetCursorDateText());
-    AddViewMenuRows(menu, nullptr);
+    AddNewItemRows(m_host, menu);
     RunMenu(menu);
 }
 
 bool CListView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(menu, SelectedItem());
+    AddViewMenuRows(m_host, menu, SelectedItem());
     menu.AddRow(StrExpandAll, CmdTasksExpandAll, PictureExpandAll);
     menu.AddRow(StrCollapseAll, CmdTasksCollapseAll, PictureCollapseAll);
     return true;
@@ -297,7 +297,7 @@ bool CListView::FillTouchMenu(CTouchMenu& menu)
 
 bool CListView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(menu, SelectedItem());
+    AddViewMenuRows(m_host, menu, SelectedItem());
     menu.addAction(GetString(StrExpandAll))->setData(CmdTasksExpandAll);
     menu.addAction(GetString(StrCollapseAll))->setData(CmdTasksCollapseAll);
     return true;

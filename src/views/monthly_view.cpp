@@ -307,21 +307,21 @@ void CMonthlyView::OpenMenu()
     m_stroke.End();
     CTouchMenu menu(m_selected ? m_selected->m_item->Subject : GetCursorDateText());
     if (m_selected)
-        AddItemMenuRows(menu, *m_selected->m_item);
+        AddItemMenuRows(m_host, menu, *m_selected->m_item);
     else
-        AddViewMenuRows(menu, nullptr);
+        AddViewMenuRows(m_host, menu, nullptr);
     RunMenu(menu);
 }
 
 bool CMonthlyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(menu, nullptr);
+    AddViewMenuRows(m_host, menu, nullptr);
     return true;
 }
 
 bool CMonthlyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(menu, nullptr);
+    AddViewMenuRows(m_host, menu, nullptr);
     return true;
 }
 

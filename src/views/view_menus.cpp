@@ -4,9 +4,11 @@
 #include "touch/touch_menu.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
+#include "views/i_view_host.h"
 
 #include <QAction>
 #include <QMenu>
+#include <span>
 
 namespace
 {
@@ -29,14 +31,20 @@ struct MenuRow {
 constexpr MenuRow kItemMenu[] = {
     {StrCompleteTask, CmdToggleTask, PictureCompleteTask, kActiveTask},
     {StrActivateTask, CmdToggleTask, PictureActivateTask, kCompletedTask},
+    {StrEdit, CmdEdit, PictureEdit, kAnyItem},
+    {StrViewDetails, CmdOpenItem, PictureDetails, kAnyItem},
     {StrDelete, CmdDelete, PictureDelete, kAnyItem},
     {StrDuplicate, CmdDuplicate, PictureDuplicate, kAnyItem},
+    {StrBeam, CmdBeam, PictureBeam, kAnyItem},
 };
 constexpr MenuRow kViewMenu[] = {
+    {StrNewAppointment, CmdNewAppointment, PictureNewAppointment, kAlways},
+    {StrNewTask, CmdNewTask, PictureNewTask, kAlways},
     {StrCompleteTask, CmdToggleTask, PictureCompleteTask, kActiveTask},
     {StrActivateTask, CmdToggleTask, PictureActivateTask, kCompletedTask},
     {StrDelete, CmdDelete, PictureDelete, kAnyItem},
     {StrDuplicate, CmdDuplicate, PictureDuplicate, kAnyItem},
+    {StrBeam, CmdBeam, PictureBeam, kAnyItem},
 };
 
 unsigned SelectionOf(const CPimItem* item)
@@ -49,28 +57,58 @@ unsigned SelectionOf(const CPimItem* item)
         return static_cast<const CTask*>(item)->Complete ? kCompletedTask : kActiveTask;
     return 0;
 }
+
+// Under "More", greyed without an item.
+bool IsUnderMore(int command)
+{
+    return command == CmdDuplicate || command == CmdBeam;
+}
+
+void AddRows(const IViewHost& host, CTouchMenu& menu, std::span<const MenuRow> rows, unsigned shownFor)
+{
+    for (const MenuRow& row : rows) {
+        if ((row.ShownFor & shownFor) && host.Offers(row.Command))
+            menu.AddRow(row.Text, row.Command, row.Image);
+    }
+}
 } // namespace
 
-void AddItemMenuRows(CTouchMenu& menu, const CPimItem& item)
+void AddItemMenuRows(const IViewHost& host, CTouchMenu& menu, const CPimItem& item)
+{
+    AddRows(host, menu, kItemMenu, SelectionOf(&item));
+}
+
+void AddItemMenuRows(const IViewHost& host, QMenu& menu, const CPimItem& item)
 {
     for (const MenuRow& row : kItemMenu) {
-        if (row.ShownFor & SelectionOf(&item))
-            menu.AddRow(row.Text, row.Command, row.Image);
-    }
-}
-
-void AddViewMenuRows(CTouchMenu& menu, const CPimItem* selected)
-{
-    for (const MenuRow& row : kViewMenu) {
-        if (row.ShownFor & (kAlways | SelectionOf(selected)))
-            menu.AddRow(row.Text, row.Command, row.Image);
-    }
-}
-
-void AddViewMenuRows(QMenu& menu, const CPimItem* selected)
-{
-    for (const MenuRow& row : kViewMenu) {
-        if (row.ShownFor & (kAlways | SelectionOf(selected)))
+        if ((row.ShownFor & SelectionOf(&item)) && host.Offers(row.Command))
             menu.addAction(GetString(row.Text))->setData(row.Command);
+    }
+}
+
+void AddViewMenuRows(const IViewHost& host, CTouchMenu& menu, const CPimItem* selected)
+{
+    AddRows(host, menu, kViewMenu, kAlways | SelectionOf(selected));
+}
+
+void AddNewItemRows(const IViewHost& host, CTouchMenu& menu)
+{
+    AddRows(host, menu, kViewMenu, kAlways);
+}
+
+void AddViewMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected)
+{
+    const unsigned shownFor = kAlways | SelectionOf(selected);
+    for (const MenuRow& row : kViewMenu) {
+        if ((row.ShownFor & shownFor) && !IsUnderMore(row.Command) && host.Offers(row.Command))
+            menu.addAction(GetString(row.Text))->setData(row.Command);
+    }
+    QMenu* const more = menu.addMenu(GetString(StrMore));
+    for (const MenuRow& row : kViewMenu) {
+        if (!IsUnderMore(row.Command) || !host.Offers(row.Command))
+            continue;
+        QAction* action = more->addAction(GetString(row.Text));
+        action->setData(row.Command);
+        action->setEnabled(row.ShownFor & shownFor);
     }
 }

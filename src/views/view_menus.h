@@ -3,10 +3,16 @@
 #include "pim/items.h"
 
 class CTouchMenu;
+class IViewHost;
 class QMenu;
 
+// Whatever the host does not offer is left out.
 // What a selected item's menu offers, for each kind of item.
-void AddItemMenuRows(CTouchMenu& menu, const CPimItem& item);
+void AddItemMenuRows(const IViewHost& host, CTouchMenu& menu, const CPimItem& item);
+void AddItemMenuRows(const IViewHost& host, QMenu& menu, const CPimItem& item); // as actions' data
 // The view's own finger menu; `selected` may be null.
-void AddViewMenuRows(CTouchMenu& menu, const CPimItem* selected);
-void AddViewMenuRows(QMenu& menu, const CPimItem* selected); // commands as the actions' data
+void AddViewMenuRows(const IViewHost& host, CTouchMenu& menu, const CPimItem* selected);
+// New items alone: the menu of a day.
+void AddNewItemRows(const IViewHost& host, CTouchMenu& menu);
+// For the right button; commands as the actions' data.
+void AddViewMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected);

@@ -200,19 +200,19 @@ void CWeeklyView::OnContextMenu(QPoint at)
     if (day >= 0)
         MoveTo(m_firstDay + day);
     CTouchMenu menu(GetCursorDateText());
-    AddViewMenuRows(menu, nullptr);
+    AddViewMenuRows(m_host, menu, nullptr);
     RunMenu(menu);
 }
 
 bool CWeeklyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(menu, nullptr);
+    AddViewMenuRows(m_host, menu, nullptr);
     return true;
 }
 
 bool CWeeklyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(menu, nullptr);
+    AddViewMenuRows(m_host, menu, nullptr);
     return true;
 }
 

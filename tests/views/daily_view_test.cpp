@@ -382,8 +382,11 @@ TEST_F(Daily, KeysMoveTheDate)
         EXPECT_EQ(PimStore().CursorDate(), c.To) << c.Key;
         EXPECT_GE(Host.Titles, 1);
     }
-    for (const int key : {13, int('5'), int('7'), int(kKeyEscape)})
+    for (const int key : {int('7'), int(kKeyEscape)})
         EXPECT_FALSE(View->OnKey(key)) << key << " is not the view's";
+    Host.Commands.clear();
+    EXPECT_TRUE(View->OnKey('5') && View->OnKey(kKeyReturn));
+    EXPECT_EQ(Host.Commands, std::vector<int>{CmdGoTo}) << "Enter without a selection opens nothing";
 }
 
 TEST_F(Daily, MovesShowTheOtherDaysItemsAndTitle)

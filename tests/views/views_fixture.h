@@ -12,6 +12,7 @@
 #include "platform/time_zone.h"
 #include "settings/fake_locale.h"
 #include "settings/settings.h"
+#include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/numbered_timers.h"
 #include "views/i_view_host.h"
@@ -20,6 +21,13 @@ class CRecordingHost : public IViewHost
 {
 public:
     void SendCommand(int command) override { Commands.push_back(command); }
+    // A frame without editors, unless a test asks for more.
+    bool Offers(int command) const override
+    {
+        return OffersAll || (command != CmdNewAppointment && command != CmdNewTask && command != CmdEdit &&
+                             command != CmdOpenItem && command != CmdBeam);
+    }
+    bool OffersAll = false;
     void UpdateTitle() override { ++Titles; }
     void RebuildSoftKeys() override {}
     void ShowDaily(int returnView) override { Shown.push_back(returnView); }
