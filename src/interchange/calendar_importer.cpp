@@ -328,9 +328,12 @@ bool CCalendarImporter::WriteEvent(const CImportedEvent& event, const Known& kno
     }
     for (size_t i = 0; i < plan.Records.size() && !m_failed; ++i) {
         const bool leads = i == 0;
-        const QString kept = !leads               ? QString()
-                             : plan.KeepsExcluded ? event.Kept + event.ExcludedText
-                                                  : event.Kept;
+        QString kept = leads ? event.Kept : QString();
+        if (leads && plan.KeepsRule) // which counts from where the event began
+            kept += QStringLiteral("X-TESSERA-START:") + OccurrenceName(event.Dates.Start, event.Dates.AllDay) +
+                    QLatin1Char('\n');
+        if (leads && plan.KeepsExcluded)
+            kept += event.ExcludedText;
         const CStatus status = m_writer.Write(event, plan.Records[i], index, kept,
                                               leads && plan.KeepsRule ? event.RuleText : QString(),
                                               leads ? reused.get() : nullptr);

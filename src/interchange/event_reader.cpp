@@ -16,14 +16,18 @@ QString AddressOf(std::string_view value)
     value = TrimBlanks(value);
     if (value.size() >= 7 && EqualsUpper(value.substr(0, 7), "MAILTO:"))
         value.remove_prefix(7);
-    return Tidy(QString::fromUtf8(value.data(), qsizetype(value.size())), ImportLimit::TextChars / 16, true)
-        .trimmed();
+    const QString address =
+        Tidy(QString::fromUtf8(value.data(), qsizetype(value.size())), ImportLimit::TextChars / 16, true)
+            .trimmed();
+    return address == kNoMail ? QString() : address;
 }
 
 FileTime UtcFileTime(std::string_view value)
 {
     CFileMoment moment;
-    return ParseMoment(value, &moment) ? moment.Wall * 10000000 + kUnixEpoch : 0;
+    if (!ParseMoment(value, &moment) || moment.Wall * 10000000 + kUnixEpoch == kUnknownChange)
+        return 0;
+    return moment.Wall * 10000000 + kUnixEpoch;
 }
 
 bool OnlyCommonName(const CPropertyLine& line)
@@ -33,6 +37,16 @@ bool OnlyCommonName(const CPropertyLine& line)
     return line.Parameters.empty() || (!name.empty() && line.Parameters.size() <= name.size() + 5);
 }
 } // namespace
+
+CAttendee AttendeeOf(const CPropertyLine& line)
+{
+    CAttendee attendee;
+    attendee.Address = AddressOf(line.Value);
+    attendee.Name = Tidy(TextOf(line.Parameter("CN")), ImportLimit::TextChars / 16, true).trimmed();
+    if (attendee.Name.isEmpty())
+        attendee.Name = attendee.Address;
+    return attendee;
+}
 
 bool CEventReader::Read(const CComponent& component, CImportedEvent* event)
 {
@@ -174,7 +188,7 @@ bool CEventReader::ReadText(const CPropertyLine& line, const CComponent::Line& a
     };
     if (EqualsUpper(line.Name, "SUMMARY"))
         return take(m_hasSubject, m_event->Subject, ImportLimit::TextChars, true);
-    if (EqualsUpper(line.Name, "LOCATION"))
+    if (EqualsUpper(line.Name, "LOCATION") && !m_event->IsTask)
         return take(m_hasLocation, m_event->Location, ImportLimit::TextChars, true);
     if (EqualsUpper(line.Name, "DESCRIPTION"))
         return take(m_hasNote, m_event->Note, ImportLimit::NoteChars, false);
@@ -203,7 +217,7 @@ bool CEventReader::ReadState(const CPropertyLine& line)
         m_event->Sensitivity = EqualsUpper(value, "PRIVATE") || EqualsUpper(value, "CONFIDENTIAL") ? 2 : 0;
         return EqualsUpper(value, "PRIVATE") || EqualsUpper(value, "PUBLIC"); // others are kept as well
     }
-    if (EqualsUpper(line.Name, "TRANSP")) {
+    if (EqualsUpper(line.Name, "TRANSP") && !m_event->IsTask) {
         m_isTransparent = EqualsUpper(value, "TRANSPARENT");
         return true;
     }
@@ -246,13 +260,9 @@ bool CEventReader::ReadPerson(const CPropertyLine& line, std::string_view text)
     }
     if (!EqualsUpper(line.Name, "ATTENDEE"))
         return false;
-    if (m_event->Attendees.size() >= size_t(ImportLimit::Attendees))
-        return false;
-    CAttendee attendee;
-    attendee.Address = AddressOf(line.Value);
-    attendee.Name = Tidy(TextOf(line.Parameter("CN")), ImportLimit::TextChars / 16, true).trimmed();
-    if (attendee.Name.isEmpty())
-        attendee.Name = attendee.Address;
+    if (m_event->IsTask || m_event->Attendees.size() >= size_t(ImportLimit::Attendees))
+        return false; // a task has no place for them
+    const CAttendee attendee = AttendeeOf(line);
     if (!attendee.Name.isEmpty())
         m_event->Attendees.push_back(attendee);
     if (attendee.Name.isEmpty() || !OnlyCommonName(line))

@@ -50,6 +50,14 @@ struct CImportedEvent {
     std::string UnknownZone; // a name that nobody knows, the event floats
 };
 
+// The address of one who has none, for programs that want one.
+inline const QString kNoMail = QStringLiteral("invalid:nomail");
+// The time stamp of an item of which nobody knows when it was changed: 1970.
+constexpr FileTime kUnknownChange = 116444736000000000;
+
+// What an ATTENDEE line says; no name when it says nothing.
+CAttendee AttendeeOf(const CPropertyLine& line);
+
 class CEventReader
 {
 public:

@@ -91,8 +91,8 @@ int DayInMonth(const CRecurrencePattern& part, int month, bool lastDay)
     const int first = MonthStart(month), next = MonthStart(month + 1);
     if (part.Type == PatternType::MonthlyNth || part.Type == PatternType::YearlyNth)
         return OrdinalDay(first, part.DayMask, part.Instance);
-    if (lastDay)
-        return next - 1;
+    if (lastDay) // or the day, where the month has it
+        return std::min(first + part.DayOfMonth, next) - 1;
     return first + part.DayOfMonth - 1 < next ? first + part.DayOfMonth - 1 : 0;
 }
 
@@ -172,6 +172,16 @@ bool AddPositions(const CRecurRule& rule, const CMonths& months, int startDay, C
     return true;
 }
 
+// The last one of 28 up to a day: that day, or the last one of a month that has it not.
+int LastOfShorterMonths(const CRecurRule& rule)
+{
+    std::vector<int> days = rule.ByMonthDay;
+    std::sort(days.begin(), days.end());
+    const bool fits = rule.BySetPos == std::vector<int>{-1} &&
+                      (days == std::vector<int>{28, 29} || days == std::vector<int>{28, 29, 30});
+    return fits ? days.back() : 0;
+}
+
 bool AddMonthly(const CRecurRule& rule, const CMonths& months, int startDay, CRulePatterns& result)
 {
     if (!rule.ByDay.empty() && !rule.ByMonthDay.empty())
@@ -179,6 +189,12 @@ bool AddMonthly(const CRecurRule& rule, const CMonths& months, int startDay, CRu
     if (rule.ByDay.empty()) {
         int year = 0, month = 0, day = 0;
         CivilOfDayNumber(startDay, &year, &month, &day);
+        if (const int last = LastOfShorterMonths(rule); last != 0) {
+            CRecurrencePattern part = MakePattern(PatternType::Monthly, 1, 0);
+            part.DayOfMonth = last;
+            AddInMonths(part, true, months, startDay, result);
+            return true;
+        }
         return rule.BySetPos.empty() &&
                AddDaysOfMonth(rule.ByMonthDay.empty() ? std::vector<int>{day} : rule.ByMonthDay, months,
                               startDay, result);

@@ -54,7 +54,6 @@ std::shared_ptr<const CFileZone> CZoneTable::Make(const std::string& name)
     return block == m_blocks.end() ? nullptr : block->second;
 }
 
-// The system's zone that a file's name means; empty when there is none.
 QByteArray CZoneTable::SystemName(const std::string& name)
 {
     if (name.empty() || name.size() > 200)

@@ -22,10 +22,11 @@ public:
     void AddBlock(const CComponent& block);
     // Null when nothing is known of the name.
     std::shared_ptr<const CFileZone> Find(std::string_view name);
+    // The system's zone that a name means; empty when there is none.
+    QByteArray SystemName(const std::string& name);
 
 private:
     std::shared_ptr<const CFileZone> Make(const std::string& name);
-    QByteArray SystemName(const std::string& name);
 
     int m_currentYear;
     std::unordered_map<std::string, std::shared_ptr<const CFileZone>> m_blocks; // by the name as it stands

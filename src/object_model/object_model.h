@@ -124,6 +124,8 @@ public:
     virtual CStatus Delete() = 0;
     virtual std::unique_ptr<IAppointment>
     Copy() = 0;                 // unsaved, without the body and without our own properties' identity
+    // Of an occurrence: the day on which its pattern puts it, in the pattern's zone. 0 of any other.
+    virtual int OccurrenceDay() const { return 0; }
     virtual CStatus Send() = 0; // through the transport, when there is one; else nothing
     virtual CStatus Cancel() = 0;
 

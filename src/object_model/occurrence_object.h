@@ -29,6 +29,7 @@ public:
     CStatus Save() override;
     CStatus Delete() override;
     std::unique_ptr<IAppointment> Copy() override;
+    int OccurrenceDay() const override { return m_day; }
     CStatus Send() override;
     CStatus Cancel() override;
 

@@ -28,6 +28,15 @@ struct CSearchOptions {
     int Limit = 0; // 0 for none
     bool Json = false;
 };
+struct CExportOptions {
+    QString Volume;
+    int FirstDay = 0, LastDay = 0; // day numbers, both inclusive; LastDay 0: everything
+    QString Output;                // empty: standard output
+};
+struct CItemOptions {
+    QString Volume;
+    quint32 ItemId = 0;
+};
 struct CCheckOptions {
     QString Volume;
 };
@@ -39,6 +48,9 @@ struct CBackupOptions {
 int RunImport(const CImportOptions& options);
 int RunAgenda(const CAgendaOptions& options);
 int RunSearch(const CSearchOptions& options);
+int RunExport(const CExportOptions& options);
+int RunComplete(const CItemOptions& options);
+int RunDelete(const CItemOptions& options);
 int RunCheck(const CCheckOptions& options);
 int RunBackup(const CBackupOptions& options);
 

@@ -9,6 +9,8 @@
 
 namespace
 {
+const int kFirstDay = DayNumberOf(1601, 1, 2), kLastDay = DayNumberOf(4500, 12, 31); // of an open range
+
 // An ISO date as a day number; 0 when it is none.
 int ParseIsoDay(const std::string& text)
 {
@@ -23,6 +25,20 @@ int ParseIsoDay(const std::string& text)
     CivilOfDayNumber(number, &y, &m, &d);
     return y == year && m == month && d == day ? number : 0;
 }
+
+// An item's identifier, signed as agenda prints it or unsigned; 0 when it is none.
+quint32 ParseItemId(const std::string& text)
+{
+    bool good = false;
+    const qint64 number = QByteArray::fromStdString(text).toLongLong(&good);
+    return good && number >= INT32_MIN && number <= UINT32_MAX ? quint32(number) : 0;
+}
+
+const CLI::Validator kItemId(
+    [](std::string& text) {
+        return ParseItemId(text) ? std::string() : "not an identifier as agenda --json prints it: " + text;
+    },
+    "ID");
 
 const CLI::Validator kIsoDay(
     [](std::string& text) {
@@ -43,6 +59,7 @@ struct Arguments {
     std::string Text, Type = "both";
     bool StartsWith = false;
     int Limit = 0;
+    std::string Output, Id;
 };
 
 int Dispatch(const CLI::App& app, const Arguments& arguments)
@@ -64,9 +81,49 @@ int Dispatch(const CLI::App& app, const Arguments& arguments)
         return RunSearch({volume, QFile::decodeName(arguments.Text.c_str()), arguments.StartsWith, tasks,
                           appointments, arguments.Limit, arguments.Json});
     }
+    if (app.got_subcommand("export")) {
+        const bool hasFrom = !arguments.From.empty(), hasTo = !arguments.To.empty();
+        const int first = hasFrom ? ParseIsoDay(arguments.From) : kFirstDay;
+        const int last = hasTo ? ParseIsoDay(arguments.To) : hasFrom ? kLastDay : 0;
+        if (last != 0 && last < first) {
+            PrintError(QStringLiteral("the last day lies before the first"));
+            return kExitNothing;
+        }
+        return RunExport({volume, first, last, QFile::decodeName(arguments.Output.c_str())});
+    }
+    if (app.got_subcommand("complete"))
+        return RunComplete({volume, ParseItemId(arguments.Id)});
+    if (app.got_subcommand("delete"))
+        return RunDelete({volume, ParseItemId(arguments.Id)});
     if (app.got_subcommand("check"))
         return RunCheck({volume});
     return RunBackup({volume, QFile::decodeName(arguments.BackupFile.c_str())});
+}
+
+void AddExport(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* command = app.add_subcommand(
+        "export", "Writes the calendar and, behind it, the contacts as iCalendar and vCard");
+    command->add_option("--from", arguments.From, "Only what is there on this day or later")
+        ->type_name("DAY")
+        ->check(kIsoDay);
+    command->add_option("--to", arguments.To, "Only what is there on this day or earlier")
+        ->type_name("DAY")
+        ->check(kIsoDay);
+    command
+        ->add_option("--output", arguments.Output,
+                     "The file to write, else standard output; one that ends in .ics gets no contacts, one in "
+                     ".vcf nothing but contacts")
+        ->type_name("FILE");
+}
+
+void AddItemCommand(CLI::App& app, Arguments& arguments, const char* name, const char* description)
+{
+    CLI::App* command = app.add_subcommand(name, description);
+    command->add_option("id", arguments.Id, "The item, as agenda --json and search --json print it")
+        ->type_name("ID")
+        ->required()
+        ->check(kItemId);
 }
 
 void AddSearch(CLI::App& app, Arguments& arguments)
@@ -119,6 +176,9 @@ int main(int argc, char** argv)
         ->check(kIsoDay);
     agenda->add_flag("--json", arguments.Json, "One object per line");
     AddSearch(app, arguments);
+    AddExport(app, arguments);
+    AddItemCommand(app, arguments, "complete", "Completes a task; a recurring one moves to its next date");
+    AddItemCommand(app, arguments, "delete", "Deletes an appointment, a whole series, a task or a contact");
     app.add_subcommand("check", "Tests the volume, its records and blobs");
     CLI::App* backup = app.add_subcommand("backup", "Writes a consistent copy while others write");
     backup->add_option("file", arguments.BackupFile, "The copy to write")->type_name("FILE")->required();
