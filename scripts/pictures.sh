@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Remakes the pictures of docs/ from the sample calendar of a fixed day.
+# Remakes the pictures of docs/ from the sample calendar of a fixed day: the one of the first page,
+# and the gallery of all views in two densities, both ways up and two languages.
 # Usage: pictures.sh [FOLDER OF THE PROGRAMS]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -7,14 +8,44 @@ bin=${1:-build/release/bin}
 
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
-export HOME=$home XDG_DATA_HOME=$home/data XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home
-export TESSERA_VOLUME=$home/pim.vol TZ=Europe/Berlin LC_ALL=C.UTF-8 LANG=C.UTF-8
+export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home TZ=Europe/Berlin
 unset LANGUAGE DISPLAY WAYLAND_DISPLAY
-"$bin/tessera-sample" --today 2026-03-10 >/dev/null
+unset TESSERA_VOLUME
+for locale in en_US de_DE; do
+    LC_ALL=$locale.UTF-8 XDG_DATA_HOME=$home/$locale "$bin/tessera-sample" --today 2026-03-10 >/dev/null
+done
 
-picture() { "$bin/tessera" --snapshot "docs/$1.png" --size "$2" --density "$3" --now 2026-03-10T10:40 'OPEN|DAILY'; }
-picture daily-240x320 240x320 96
-picture daily-320x240 320x240 96
-picture daily-480x640-192 480x640 192
-picture daily-640x480-192 640x480 192
-picture daily 400x800 96
+# picture FILE VIEW WIDTHxHEIGHT DENSITY LOCALE; a home of its own per locale, since settings keep
+# what a locale brought. 256 colours are enough, and a third of the bytes.
+picture() {
+    LC_ALL=$5.UTF-8 LANG=$5.UTF-8 XDG_DATA_HOME=$home/$5 "$bin/tessera" --snapshot "$home/picture.png" \
+        --size "$3" --density "$4" --now 2026-03-10T10:40 "OPEN|$2"
+    convert "$home/picture.png" -dither None -colors 256 -define png:exclude-chunk=date,time "PNG8:$1"
+}
+picture docs/daily.png DAILY 400x800 96 en_US
+
+mkdir -p docs/gallery
+rm -f docs/gallery/*.png
+page=docs/gallery.md
+{
+    echo "# Gallery"
+    echo
+    echo "The sample calendar on 10 March 2026, made by \`scripts/pictures.sh\`: 240x320 and 320x240 at density 96,"
+    echo "480x640, 640x480 and 1080x2160 at density 192, in English and in German."
+} >"$page"
+for view in DAILY LIST GRID MONTHLY TASKS; do
+    name=$(tr '[:upper:]' '[:lower:]' <<<"$view")
+    [ "$name" = grid ] && name=weekly
+    printf '\n## %s\n\n' "${name^}" >>"$page"
+    for locale in en_US de_DE; do
+        for size in 240x320-96 320x240-96 480x640-192 640x480-192 1080x2160-192; do
+            file=$name-${size%-*}-${locale%_*}.png
+            picture "docs/gallery/$file" "$view" "${size%-*}" "${size#*-}" "$locale"
+            width=240
+            [ "${size%-*}" = 1080x2160 ] && width=180
+            printf '<img src="gallery/%s" width="%s">\n' "$file" "$width" >>"$page"
+        done
+        echo >>"$page"
+    done
+done
+sed -i '$ d' "$page"
