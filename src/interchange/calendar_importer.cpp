@@ -378,6 +378,9 @@ void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& 
     case COccurrenceWriter::Result::NotThere:
         m_report.LeftOut(event.Line, QStringLiteral("it cancels an occurrence that is not there"));
         break;
+    case COccurrenceWriter::Result::NoSeries:
+        WriteFollowing(event);
+        break;
     case COccurrenceWriter::Result::TooMany:
         m_fullUids.insert(uidHash);
         m_report.LeftOut(event.Line, kTooManyChanges);
@@ -386,6 +389,34 @@ void CCalendarImporter::TakeOccurrence(CImportedEvent& event, const CComponent& 
         Fail(status, event.Line);
         break;
     }
+}
+
+// All later ones with a rule of their own, as an export tells them: a series beside the first.
+void CCalendarImporter::WriteFollowing(const CImportedEvent& event)
+{
+    CStatus status;
+    const QString id = QLatin1Char('T') + COccurrenceWriter::NameOf(event);
+    CSeriesPlan plan = CSeriesBuilder(m_currentYear, &m_ruleBudget, m_report).Build(event.Dates);
+    if (plan.Records.empty())
+        return;
+    plan.Records[0].OccurrenceId = id;
+    std::unique_ptr<IAppointment> reused;
+    for (const CForeignKey& key : m_app.FindByUid(event.Uid)) {
+        if (key.OccurrenceId != id)
+            continue;
+        if (key.ContentHash == CItemWriter::HashBytes(event.Hash)) {
+            ++m_report.Unchanged;
+            return;
+        }
+        if (status)
+            status = m_app.GetAppointmentFromOid(key.ItemId, reused);
+    }
+    if (status)
+        status = m_writer.Write(event, plan.Records[0], 0, event.Kept, QString(), reused.get());
+    if (!status)
+        Fail(status, event.Line);
+    else
+        ++(reused ? m_report.Updated : m_report.Created);
 }
 
 // An occurrence that came before its series stands alone; the series must not show it again.

@@ -61,6 +61,7 @@ private:
     bool NextBatch(bool atEnd);
     void Fail(const CStatus& status, int line);
 
+    void WriteFollowing(const CImportedEvent& event);
     void TakeOccurrence(CImportedEvent& event, const CComponent& component, const std::string& method);
 
     IPOutlookApp& m_app;

@@ -202,7 +202,7 @@ void AddTexts(const CItemValues& values, const CKeptLines& kept, CTextLines& lin
     const std::pair<const char*, const QString&> texts[] = {
         {"SUMMARY", values.Subject}, {"LOCATION", values.Location}, {"DESCRIPTION", values.Note}};
     for (const auto& [name, text] : texts)
-        if (!HasHole(kept, name) && (!text.isEmpty() || HasLine(kept.Lines, name)))
+        if (!(values.IsTask && &text == &values.Location) && !HasHole(kept, name) && (!text.isEmpty() || HasLine(kept.Lines, name)))
             lines.push_back(std::string(name) + ':' + EscapedText(text));
     if (!values.Categories.isEmpty())
         lines.push_back("CATEGORIES:" + EscapedList(values.Categories));

@@ -9,6 +9,7 @@
 struct CItemValues {
     QString Uid;
     quint32 Sequence = 0;
+    bool IsTask = false;    // whose place is among what it kept
     bool IsMessage = false; // to others: tells a sequence of 0 too, and asks for an answer
     FileTime LastChange = 0;
     QString Subject, Location, Note, Organizer;

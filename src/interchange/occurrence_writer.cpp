@@ -80,6 +80,8 @@ COccurrenceWriter::Result COccurrenceWriter::Put(const CImportedEvent& event, co
         Result result = Result::Created;
         if (Seek(event, keys, &day, &result, status))
             return result;
+        if (m_open.ItemId == 0 && event.ThisAndFuture && event.Dates.Rule && !event.Cancelled)
+            return Result::NoSeries;
         if (m_open.ItemId == 0)
             return PutAlone(event, keys, status);
         if (event.ThisAndFuture)
@@ -108,7 +110,7 @@ bool COccurrenceWriter::Seek(const CImportedEvent& event, const std::vector<CFor
             return true;
         }
         if (named == name && key.OccurrenceId.startsWith(QLatin1Char('T')) && event.ThisAndFuture) {
-            *result = PutFollowingAgain(event, key, status);
+            *result = event.Dates.Rule ? Result::NoSeries : PutFollowingAgain(event, key, status);
             return true;
         }
     }

@@ -16,7 +16,8 @@
 class COccurrenceWriter
 {
 public:
-    enum class Result { Created, Updated, Unchanged, NotThere, TooMany, Failed };
+    // NoSeries: all later ones with a rule of their own, and no series that they could change.
+    enum class Result { Created, Updated, Unchanged, NotThere, NoSeries, TooMany, Failed };
 
     COccurrenceWriter(IPOutlookApp& app, CItemWriter& writer, CZoneTable& zones,
                       const TimeZoneInformation& device)

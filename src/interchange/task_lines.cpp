@@ -147,6 +147,7 @@ void CTaskExporter::Export(ITask& task, const QString& madeUid, CTextLines& line
     const CForeignData& foreign = task.Foreign();
     const CKeptLines kept(foreign.Text);
     CItemValues values;
+    values.IsTask = true;
     values.Uid = foreign.Uid.isEmpty() ? madeUid : foreign.Uid;
     values.Sequence = foreign.Sequence;
     values.LastChange = foreign.LastChange;
