@@ -94,6 +94,7 @@ private:
     void PlaceEdit();
     bool OnEditKey(int key);
     bool OnListKey(int key);
+    void SelectAndShow(CPaintingOrderItem& row);
     void EnterList(int direction);
     void LeaveEdit();
 

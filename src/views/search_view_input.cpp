@@ -117,12 +117,22 @@ void CSearchView::PaintView(QPainter& dc, QSize size)
         for (int inset = 0; inset < D(1); ++inset)
             FrameRect(part, field.adjusted(inset, inset, -inset, -inset), IsEditing() ? kFormInk : kFieldFrame);
         part.setPen(ToQColor(SystemColor::WindowText));
-        DrawText(part, m_edit->text(), EditRect(),
+        // In the middle as the control has it, which rounds down.
+        DrawText(part, m_edit->text(), EditRect().adjusted(0, 0, 0, 1),
                  kTextSingleLine | kTextVCentre | kTextNoPrefix | kTextEndEllipsis);
         part.end();
         dc.drawImage(0, 0, header);
     }
     CItemRowView::PaintView(dc, size);
+}
+
+// ---- selection
+
+void CSearchView::SelectAndShow(CPaintingOrderItem& row)
+{
+    Select(&row);
+    m_touch.EnsureVisible(m_list.RowRect(row).adjusted(0, -D(kSelectMargin), 0, D(kSelectMargin)));
+    m_touch.Redraw(true);
 }
 
 // ---- input: finger
@@ -141,8 +151,7 @@ bool CSearchView::OnPress(quint32, int x, int y)
     m_pressedBox = row && m_list.HitsCheckBox(*row, {x, y}, CheckBoxMargin());
     if (!row || row == m_selected)
         return false;
-    Select(row);
-    m_touch.EnsureVisible(m_list.RowRect(*row).adjusted(0, -D(kSelectMargin), 0, D(kSelectMargin)));
+    SelectAndShow(*row);
     return true;
 }
 
@@ -179,6 +188,9 @@ bool CSearchView::eventFilter(QObject* watched, QEvent* event)
         if (IsUsersStep(*event))
             ShowOnScreenKeyboard(event->type() == QEvent::FocusIn);
         break;
+    case QEvent::KeyRelease: // a line edit hands none on
+        keyReleaseEvent(static_cast<QKeyEvent*>(event));
+        return event->isAccepted();
     case QEvent::MouseButtonRelease:
         ShowOnScreenKeyboard(true); // it may have been put away since
         break;
@@ -194,8 +206,7 @@ void CSearchView::EnterList(int direction)
 {
     if (Rows().IsEmpty())
         return;
-    Select(nullptr);
-    SelectNeighbour(direction); // the first one from that end
+    SelectAndShow(*Rows().GetAt(direction > 0 ? 0 : Rows().GetCount() - 1));
     setFocus();
 }
 
@@ -230,7 +241,7 @@ bool CSearchView::OnListKey(int key)
         if (atEnd || rows.IsEmpty())
             m_edit->setFocus();
         else
-            SelectNeighbour(key == kKeyUp ? -1 : 1);
+            SelectAndShow(*m_list.Neighbour(key == kKeyUp ? -1 : 1));
         return true;
     case kKeyPageUp:
     case kKeyPageDown:
