@@ -85,6 +85,7 @@ CMainFrame::Handler CMainFrame::FindHandler(int command)
         {CmdSearchOptions, &CMainFrame::CmdTellSearchView},
         {CmdSearchClear, &CMainFrame::CmdTellSearchView},
         {CmdGoTo, &CMainFrame::CmdPickDate},
+        {CmdBeam, &CMainFrame::CmdBeamItem},
     };
     static constexpr CommandRange kRanges[] = {
         {CmdNoFilter, CmdFilterLast, &CMainFrame::CmdChooseFilter},
@@ -162,6 +163,11 @@ void CMainFrame::CmdDeleteItem(int)
 void CMainFrame::CmdDuplicateItem(int)
 {
     m_itemActions.Duplicate(SelectedItem(), this);
+}
+
+void CMainFrame::CmdBeamItem(int)
+{
+    m_itemActions.Beam(SelectedItem(), this);
 }
 
 void CMainFrame::CmdToggleSelected(int)

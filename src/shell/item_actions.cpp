@@ -69,3 +69,12 @@ void CItemActions::Duplicate(const CItemTarget& target, QWidget* owner)
     if (!duplicated)
         TellFailure(owner);
 }
+
+void CItemActions::Beam(const CItemTarget& target, QWidget* owner)
+{
+    if (target.Kind != kKindAppointment && target.Kind != kKindTask)
+        return;
+    const CPoomSession session(PimStore().Volume());
+    if (!session.App() || !PimStore().BeamItem(*session.App(), target.Kind, target.ItemId))
+        ShowMessage(owner, GetString(StrSendFailed), GetString(StrBeam));
+}

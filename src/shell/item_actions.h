@@ -21,6 +21,7 @@ class CItemActions
 public:
     void Delete(const CItemTarget& target, QWidget* owner); // asks before
     void Duplicate(const CItemTarget& target, QWidget* owner);
+    void Beam(const CItemTarget& target, QWidget* owner); // out of the device, as the user chooses
     void ToggleComplete(const CItemTarget& target, QWidget* owner); // of a task; asks when it is so set
 };
 // The question's text: the beginning, one blank, the subject, the end.

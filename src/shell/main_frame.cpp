@@ -85,6 +85,7 @@ void CMainFrame::Shutdown(bool quit)
     m_views.clear();
     g_ImageStore.Clear();
     g_Settings.SetCategoryNames(nullptr);
+    PimStore().SetTransport(nullptr);
     if (wasUp)
         PimStore().Shutdown(); // which lets go of our timers
     if (quit)
@@ -143,6 +144,7 @@ void CMainFrame::OpenStore()
             m_timers.Set(kTimerNextEvent, int(std::clamp(milliseconds, kShortestNextEventMs,
                                                          qint64(std::numeric_limits<int>::max()))));
     });
+    PimStore().SetTransport(&m_itemSender);
     g_Settings.SetCategoryNames(&PimStore().Categories());
     g_Settings.LoadFilters();
 }

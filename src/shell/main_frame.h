@@ -7,6 +7,7 @@
 #include "pim/pim_store.h"
 #include "shell/frame_layout.h"
 #include "shell/item_actions.h"
+#include "shell/item_sender.h"
 #include "shell/notice_pump.h"
 #include "shell/time_watcher.h"
 #include "touch/numbered_timers.h"
@@ -146,6 +147,7 @@ private:
     void CmdToggleSelected(int);
     void CmdPressViewButton(int);
     void CmdPickDate(int);
+    void CmdBeamItem(int);
     void CmdShowPrevious(int);
     void CmdRebuildKeys(int);
     void CmdToggleInputPanel(int);
@@ -153,6 +155,7 @@ private:
     CFrameSetup m_setup;
     CSoftKeyBar m_softKeys;
     CItemActions m_itemActions;
+    CItemSender m_itemSender{this};
     int m_titleLocation = kTitleNone;
     CTimeWatcher m_timeWatcher;
     std::vector<std::unique_ptr<CCalendarView>> m_views;

@@ -137,7 +137,9 @@ TEST_F(FrameEvents, TheMenuOffersWhatWorks)
         menu->Choose(CmdExit);
     });
     frame.SendCommand(CmdMenu);
-    EXPECT_EQ(rows, (QStringList{"Delete", "Duplicate", "Exit Calendar"}));
+    for (const char* row : {"Delete", "Duplicate", "Beam"})
+        EXPECT_TRUE(rows.contains(row)) << row;
+    EXPECT_EQ(rows.value(rows.size() - 1), "Exit Calendar");
     EXPECT_TRUE(frame.Timers().IsRunning(kTimerExit));
 }
 
