@@ -19,7 +19,8 @@ TimeZoneInformation DeviceZone()
 bool Touches(DATE start, DATE end, const CExportRange& range)
 {
     const int first = DayNumber(start);
-    const int last = end > start && end == std::trunc(end) ? DayNumber(end) - 1 : DayNumber(std::max(start, end));
+    const int last =
+        end > start && end == std::trunc(end) ? DayNumber(end) - 1 : DayNumber(std::max(start, end));
     return first <= range.LastDay && last >= range.FirstDay;
 }
 
@@ -98,7 +99,8 @@ std::vector<CCalendarExporter::CEntry> CCalendarExporter::Entries(const QString&
         entries.push_back(std::move(entry));
     }
     const auto key = [](const CEntry& e) { return std::tie(e.Uid, e.EqualsIndex, e.Sequence, e.ItemId); };
-    std::sort(entries.begin(), entries.end(), [&](const CEntry& a, const CEntry& b) { return key(a) < key(b); });
+    std::sort(entries.begin(), entries.end(),
+              [&](const CEntry& a, const CEntry& b) { return key(a) < key(b); });
     return entries;
 }
 
@@ -108,10 +110,9 @@ bool CCalendarExporter::TouchesRange(const std::vector<quint32>& ids, const CExp
         std::unique_ptr<IAppointment> item;
         if (!m_app.GetAppointmentFromOid(id, item))
             continue;
-        const bool touches = item->get_IsRecurring()
-                                 ? SeriesTouches(item->GetRecurrencePattern()->Pattern(), item->get_AllDayEvent(),
-                                                 m_device, range)
-                                 : Touches(item->get_Start(), item->get_End(), range);
+        const bool touches = item->get_IsRecurring() ? SeriesTouches(item->GetRecurrencePattern()->Pattern(),
+                                                                     item->get_AllDayEvent(), m_device, range)
+                                                     : Touches(item->get_Start(), item->get_End(), range);
         if (touches)
             return true;
     }

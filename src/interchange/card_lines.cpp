@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr const char* kPhoneTypes[kContactPhones] = {"CELL",     "WORK", "WORK", "HOME", "HOME",
+constexpr const char* kPhoneTypes[kContactPhones] = {"CELL",     "WORK",     "WORK", "HOME", "HOME",
                                                      "WORK,FAX", "HOME,FAX", "CAR",  "PAGER"};
 
 // Of a property in a group, the name alone.
@@ -59,11 +59,12 @@ CImportedContact CCardExporter::Read(const CTextLines& lines)
 }
 
 // Version 2.1 has no escapes for line ends, and letters of its own character set.
-std::string CCardExporter::TextLine(const std::string& name, const std::string& escaped, const QString& plain) const
+std::string CCardExporter::TextLine(const std::string& name, const std::string& escaped,
+                                    const QString& plain) const
 {
     const bool isPlain = std::all_of(escaped.begin(), escaped.end(), [](char c) { return uchar(c) < 0x7F; });
-    if (!m_isOld || (isPlain && !plain.contains(QLatin1Char('\n')) && escaped.find('=') == std::string::npos &&
-                     escaped.find('\\') == std::string::npos))
+    if (!m_isOld || (isPlain && !plain.contains(QLatin1Char('\n')) &&
+                     escaped.find('=') == std::string::npos && escaped.find('\\') == std::string::npos))
         return name + ':' + escaped;
     // The escapes of what parts values are those of the version; a line end is coded.
     std::string old;
@@ -78,7 +79,8 @@ std::string CCardExporter::TextLine(const std::string& name, const std::string& 
             old.push_back(escaped[i]);
         }
     }
-    return name + ";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + QuotedPrintable(QByteArray::fromStdString(old));
+    return name +
+           ";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:" + QuotedPrintable(QByteArray::fromStdString(old));
 }
 
 // The kept lines that stand for a value by their parameters, with the value.
@@ -106,12 +108,16 @@ std::string CCardExporter::FilledCard(const std::string& line, IContact& contact
 void CCardExporter::AddPlain(IContact& contact, const QString& uid, CTextLines& lines)
 {
     const auto stands = [&](const char* name) {
-        return std::any_of(m_kept.begin(), m_kept.end(), [&](const std::string& line) { return CardName(line) == name; });
+        return std::any_of(m_kept.begin(), m_kept.end(),
+                           [&](const std::string& line) { return CardName(line) == name; });
     };
     const auto hasHole = [&](auto fits) {
-        return std::any_of(m_kept.begin(), m_kept.end(), [&](const std::string& line) { return IsHole(line) && fits(CardName(line)); });
+        return std::any_of(m_kept.begin(), m_kept.end(),
+                           [&](const std::string& line) { return IsHole(line) && fits(CardName(line)); });
     };
-    const auto named = [](const char* name) { return [name](const std::string& own) { return own == name; }; };
+    const auto named = [](const char* name) {
+        return [name](const std::string& own) { return own == name; };
+    };
     const CImportedContact told = Read(m_kept);
     const auto drop = [&](auto fits) {
         std::erase_if(m_kept, [&](const std::string& line) { return !IsHole(line) && fits(CardName(line)); });
@@ -136,7 +142,8 @@ void CCardExporter::AddPlain(IContact& contact, const QString& uid, CTextLines& 
         lines.push_back("BDAY:" + DateTextOf(birthday.first));
     if (anniversary.first != anniversary.second && anniversary.second != NO_DATE)
         drop(IsAnniversaryName);
-    if (anniversary.first != anniversary.second && anniversary.first != NO_DATE && !hasHole(IsAnniversaryName))
+    if (anniversary.first != anniversary.second && anniversary.first != NO_DATE &&
+        !hasHole(IsAnniversaryName))
         lines.push_back("ANNIVERSARY:" + DateTextOf(anniversary.first));
     QStringList categories = contact.get_Categories().split(QStringLiteral(", "), Qt::SkipEmptyParts);
     categories.sort();
@@ -152,15 +159,20 @@ void CCardExporter::AddPlain(IContact& contact, const QString& uid, CTextLines& 
 // reads back as the contact is taken. A kept one that was changed or deleted since is left out.
 void CCardExporter::AddReachable(IContact& contact, CTextLines& lines)
 {
-    const auto isReachable = [](const std::string& line) { return CardName(line) == "TEL" || CardName(line) == "EMAIL"; };
+    const auto isReachable = [](const std::string& line) {
+        return CardName(line) == "TEL" || CardName(line) == "EMAIL";
+    };
     CTextLines kept;
     std::copy_if(m_kept.begin(), m_kept.end(), std::back_inserter(kept), isReachable);
     std::erase_if(m_kept, isReachable);
     std::vector<std::pair<std::string, QString>> wanted; // plain line and value
     for (int i = 0; i < kContactPhones; ++i)
         if (const QString number = contact.get_Telephone(OlPhone(i)); !number.isEmpty())
-            wanted.emplace_back(std::string("TEL;") + (m_isOld ? QString::fromLatin1(kPhoneTypes[i]).replace(QLatin1Char(','), QLatin1Char(';')).toStdString()
-                                                               : std::string("TYPE=") + kPhoneTypes[i]),
+            wanted.emplace_back(std::string("TEL;") + (m_isOld
+                                                           ? QString::fromLatin1(kPhoneTypes[i])
+                                                                 .replace(QLatin1Char(','), QLatin1Char(';'))
+                                                                 .toStdString()
+                                                           : std::string("TYPE=") + kPhoneTypes[i]),
                                 number);
     for (int i = 0; i < kContactMails; ++i)
         if (const QString mail = contact.get_EmailAddress(i + 1); !mail.isEmpty())

@@ -17,8 +17,8 @@ const QString kMade = QStringLiteral("@tessera");
 QString MachineName()
 {
     const QByteArray id = QSysInfo::machineUniqueId();
-    return QString::asprintf("%016llx", static_cast<unsigned long long>(
-                                            HashOf({id.constData(), size_t(id.size())}, 0x7E55E7A)));
+    return QString::asprintf(
+        "%016llx", static_cast<unsigned long long>(HashOf({id.constData(), size_t(id.size())}, 0x7E55E7A)));
 }
 
 bool IsOccurrence(const QString& id, char kind)
@@ -64,14 +64,6 @@ QString MadeUid(quint32 itemId)
     return MachineName() + QLatin1Char('-') + QString::number(itemId) + kMade;
 }
 
-quint32 ItemOfMadeUid(const QString& uid)
-{
-    const QString head = MachineName() + QLatin1Char('-');
-    if (!uid.endsWith(kMade) || !uid.startsWith(head))
-        return 0;
-    return QStringView(uid).mid(head.size(), uid.size() - head.size() - kMade.size()).toUInt();
-}
-
 CEventExporter::CPart::CPart(std::shared_ptr<IAppointment> item)
     : Item(std::move(item)), Id(Item->Foreign().OccurrenceId), Kept(Item->Foreign().Text)
 {
@@ -96,7 +88,10 @@ CStatus CEventExporter::Export(IPOutlookApp& app, const std::vector<quint32>& it
             return status;
         }
         CPart part(std::move(item));
-        (IsOccurrence(part.Id, 'R') ? lone : IsOccurrence(part.Id, 'T') ? following : parts).push_back(std::move(part));
+        (IsOccurrence(part.Id, 'R')   ? lone
+         : IsOccurrence(part.Id, 'T') ? following
+                                      : parts)
+            .push_back(std::move(part));
     }
     std::stable_sort(parts.begin(), parts.end(), [](const CPart& a, const CPart& b) {
         return std::make_pair(!a.Id.isEmpty(), a.Item->RecordOid()) <
@@ -120,8 +115,8 @@ CStatus CEventExporter::Export(IPOutlookApp& app, const std::vector<quint32>& it
         CFileMoment moment;
         CTextLines head;
         if (ParseMoment(part.Id.mid(1).toStdString(), &moment))
-            head.push_back(std::string("RECURRENCE-ID;RANGE=THISANDFUTURE") + (moment.IsDate ? ";VALUE=DATE:" : ":") +
-                           part.Id.mid(1).toStdString());
+            head.push_back(std::string("RECURRENCE-ID;RANGE=THISANDFUTURE") +
+                           (moment.IsDate ? ";VALUE=DATE:" : ":") + part.Id.mid(1).toStdString());
         ExportAlone(part, head, loneStarts, inner);
     }
     for (CPart& part : lone)
@@ -150,8 +145,9 @@ void CEventExporter::Place(CPart& part, const std::string& hole, const TimeZoneI
     part.Start = m_zoneWriter.FromDevice(part.Form, start);
     part.End = m_zoneWriter.FromDevice(part.Form, end);
     // An hour that comes twice can be told by UTC alone.
-    if (part.Form.Form == CTimeForm::Named && (WallOfDate(m_zoneWriter.ToDevice(part.Form, part.Start)) != WallOfDate(start) ||
-                                               WallOfDate(m_zoneWriter.ToDevice(part.Form, part.End)) != WallOfDate(end))) {
+    if (part.Form.Form == CTimeForm::Named &&
+        (WallOfDate(m_zoneWriter.ToDevice(part.Form, part.Start)) != WallOfDate(start) ||
+         WallOfDate(m_zoneWriter.ToDevice(part.Form, part.End)) != WallOfDate(end))) {
         part.Form = {CTimeForm::Utc, {}, UtcZone()};
         part.Start = m_zoneWriter.FromDevice(part.Form, start);
         part.End = m_zoneWriter.FromDevice(part.Form, end);
@@ -188,19 +184,24 @@ bool CEventExporter::ReadBack(const CTextLines& lines, CImportedEvent* event)
 
 // ---- an item whose records are all of one event
 
-void CEventExporter::ExportWhole(std::vector<CPart>& parts, const std::vector<qint64>& lone, CTextLines& lines)
+void CEventExporter::ExportWhole(std::vector<CPart>& parts, const std::vector<qint64>& lone,
+                                 CTextLines& lines)
 {
     CPart& lead = parts.front();
     const std::string hole = HoleOf(lead.Kept);
     TimeZoneInformation record;
-    const auto series = std::find_if(parts.begin(), parts.end(), [](const CPart& part) { return part.Series; });
+    const auto series =
+        std::find_if(parts.begin(), parts.end(), [](const CPart& part) { return part.Series; });
     if (series != parts.end())
         record = series->Series->Zone();
     for (CPart& part : parts)
         Place(part, hole, series != parts.end() ? &record : nullptr);
     const QString rule = lead.Item->Foreign().SourceRule;
-    const auto keepsList = [](const std::string& line) { return NameOfLine(line) == "RDATE" || NameOfLine(line) == "EXDATE"; };
-    if (parts.size() == 1 && rule.isEmpty() && std::none_of(lead.Kept.Lines.begin(), lead.Kept.Lines.end(), keepsList)) {
+    const auto keepsList = [](const std::string& line) {
+        return NameOfLine(line) == "RDATE" || NameOfLine(line) == "EXDATE";
+    };
+    if (parts.size() == 1 && rule.isEmpty() &&
+        std::none_of(lead.Kept.Lines.begin(), lead.Kept.Lines.end(), keepsList)) {
         ExportAlone(lead, {}, lone, lines);
         return;
     }
@@ -232,7 +233,8 @@ void CEventExporter::ExportWhole(std::vector<CPart>& parts, const std::vector<qi
 
 // Tells what of the dates that the lines give is not there or changed. False when the records
 // are no longer those that the lines would make.
-bool CEventExporter::Join(std::vector<CPart>& parts, const CDateLines& dates, CDateLines& joined, CChanges& changes)
+bool CEventExporter::Join(std::vector<CPart>& parts, const CDateLines& dates, CDateLines& joined,
+                          CChanges& changes)
 {
     CPart& lead = parts.front();
     const CItemValues values = NamedValues(lead);
@@ -241,9 +243,11 @@ bool CEventExporter::Join(std::vector<CPart>& parts, const CDateLines& dates, CD
         return false;
     const CSeriesPlan plan = CSeriesBuilder(m_year, &m_budget, m_unheard).Build(event.Dates);
     const auto isExcluded = [&](qint64 wall) {
-        return std::any_of(event.Dates.Excluded.begin(), event.Dates.Excluded.end(), [&](const CListedDate& date) {
-            return date.IsDate || event.Dates.AllDay ? DayOfWall(date.Wall) == DayOfWall(wall) : date.Wall == wall;
-        });
+        return std::any_of(
+            event.Dates.Excluded.begin(), event.Dates.Excluded.end(), [&](const CListedDate& date) {
+                return date.IsDate || event.Dates.AllDay ? DayOfWall(date.Wall) == DayOfWall(wall)
+                                                         : date.Wall == wall;
+            });
     };
     std::map<QString, CPart*> left;
     for (CPart& part : parts)
@@ -251,7 +255,8 @@ bool CEventExporter::Join(std::vector<CPart>& parts, const CDateLines& dates, CD
     std::vector<qint64> added;
     const auto compare = [&](CPart& part, qint64 start, qint64 end) {
         CItemValues own = NamedValues(part);
-        if (part.Start == start && part.End == end && part.Form.Form == lead.Form.Form && SameValues(own, values))
+        if (part.Start == start && part.End == end && part.Form.Form == lead.Form.Form &&
+            SameValues(own, values))
             return;
         own.Uid = values.Uid;
         CDateLines occurrence;
@@ -301,7 +306,8 @@ bool CEventExporter::Join(std::vector<CPart>& parts, const CDateLines& dates, CD
 
 // ---- one record
 
-void CEventExporter::ExportAlone(CPart& part, const CTextLines& head, const std::vector<qint64>& lone, CTextLines& lines)
+void CEventExporter::ExportAlone(CPart& part, const CTextLines& head, const std::vector<qint64>& lone,
+                                 CTextLines& lines)
 {
     CDateLines dates;
     dates.Head = head;
@@ -356,11 +362,14 @@ void CEventExporter::ExportMessage(IAppointment& item, const CItemValues& values
         dates.Head = DateHead(part.Form, part.Start, part.End);
         if (part.Series)
             dates.Head.push_back("RRULE:" + RuleTextOf(*part.Series, part.Form));
-        for (const CRecurrenceException& exception : part.Series ? part.Series->Exceptions : std::vector<CRecurrenceException>())
+        for (const CRecurrenceException& exception :
+             part.Series ? part.Series->Exceptions : std::vector<CRecurrenceException>())
             if (exception.Deleted)
-                dates.Lists.push_back(part.Form.Line("EXDATE", OriginalWall(*part.Series, exception.OriginalDay)));
+                dates.Lists.push_back(
+                    part.Form.Line("EXDATE", OriginalWall(*part.Series, exception.OriginalDay)));
         AddComponent(EventLines(values, part.Kept, dates), inner);
-        for (const CRecurrenceException& exception : part.Series ? part.Series->Exceptions : std::vector<CRecurrenceException>())
+        for (const CRecurrenceException& exception :
+             part.Series ? part.Series->Exceptions : std::vector<CRecurrenceException>())
             if (!exception.Deleted)
                 AddKept(OccurrenceLines(part, values, part.Kept, exception), inner);
     }
@@ -411,8 +420,9 @@ bool CEventExporter::StillFits(const CPart& part, const CItemValues& series, con
         return m_zoneWriter.FromDevice(part.Form, DateOfWall(WallByRecord(event.Zone->ToUtc(own), m_device)));
     };
     const bool allDay = e.HasAllDay ? e.AllDay : part.Item->get_AllDayEvent();
-    return WallOfDate(e.Start) / 60 == wall(event.Dates.Start) / 60 && WallOfDate(e.End) / 60 == wall(event.Dates.End) / 60 &&
-           allDay == event.Dates.AllDay && (e.HasSubject ? e.Subject : series.Subject) == event.Subject &&
+    return WallOfDate(e.Start) / 60 == wall(event.Dates.Start) / 60 &&
+           WallOfDate(e.End) / 60 == wall(event.Dates.End) / 60 && allDay == event.Dates.AllDay &&
+           (e.HasSubject ? e.Subject : series.Subject) == event.Subject &&
            (e.HasLocation ? e.Location : series.Location) == event.Location &&
            (e.HasBusyStatus ? e.BusyStatus : series.BusyStatus) == event.BusyStatus &&
            (e.HasNoteFlag ? e.Note : series.Note) == event.Note;
@@ -442,7 +452,8 @@ CTextLines CEventExporter::OccurrenceLines(CPart& part, CItemValues values, cons
     return lines;
 }
 
-void CEventExporter::CollectChanges(CPart& part, CPart& lead, const std::vector<qint64>& lone, CChanges& changes)
+void CEventExporter::CollectChanges(CPart& part, CPart& lead, const std::vector<qint64>& lone,
+                                    CChanges& changes)
 {
     const CItemValues series = ValuesOf(*part.Item);
     CItemValues named = series;
@@ -453,7 +464,8 @@ void CEventExporter::CollectChanges(CPart& part, CPart& lead, const std::vector<
         const CKeptLines::CChange* const kept = KeptChangeOf(part, exception.OriginalDay, &event);
         if (kept && StillFits(part, series, exception, event)) {
             AddComponent(kept->Lines, changes.Components.emplace_back());
-            m_zoneWriter.FormOf(HoleOf(CKeptLines(event.Kept)), event.Dates.AllDay, true, nullptr); // its zone
+            m_zoneWriter.FormOf(HoleOf(CKeptLines(event.Kept)), event.Dates.AllDay, true,
+                                nullptr); // its zone
         } else if (!exception.Deleted) {
             changes.Components.push_back(OccurrenceLines(part, named, lead.Kept, exception));
         } else {

@@ -9,8 +9,6 @@
 
 // A name for an item that never had one, the same each time on this machine.
 QString MadeUid(quint32 itemId);
-// The item of such a name; 0 for any other.
-quint32 ItemOfMadeUid(const QString& uid);
 
 class CEventExporter
 {

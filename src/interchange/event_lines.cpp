@@ -105,9 +105,9 @@ void AddBlocks(const CItemValues& values, const CKeptLines& kept, CTextLines& li
     };
     const bool isKept = std::any_of(kept.Blocks.begin(), kept.Blocks.end(), isReminder);
     if (values.ReminderMinutes && !isKept)
-        for (const std::string& line : {std::string("BEGIN:VALARM"), TriggerLine(*values.ReminderMinutes),
-                                        std::string("ACTION:DISPLAY"), std::string("DESCRIPTION:Reminder"),
-                                        std::string("END:VALARM")})
+        for (const std::string& line :
+             {std::string("BEGIN:VALARM"), TriggerLine(*values.ReminderMinutes),
+              std::string("ACTION:DISPLAY"), std::string("DESCRIPTION:Reminder"), std::string("END:VALARM")})
             lines.push_back(line);
     for (const CTextLines& block : kept.Blocks) {
         const bool isAlarm = block.front() == "BEGIN:VALARM";
@@ -202,7 +202,8 @@ void AddTexts(const CItemValues& values, const CKeptLines& kept, CTextLines& lin
     const std::pair<const char*, const QString&> texts[] = {
         {"SUMMARY", values.Subject}, {"LOCATION", values.Location}, {"DESCRIPTION", values.Note}};
     for (const auto& [name, text] : texts)
-        if (!(values.IsTask && &text == &values.Location) && !HasHole(kept, name) && (!text.isEmpty() || HasLine(kept.Lines, name)))
+        if (!(values.IsTask && &text == &values.Location) && !HasHole(kept, name) &&
+            (!text.isEmpty() || HasLine(kept.Lines, name)))
             lines.push_back(std::string(name) + ':' + EscapedText(text));
     if (!values.Categories.isEmpty())
         lines.push_back("CATEGORIES:" + EscapedList(values.Categories));
@@ -244,7 +245,8 @@ CTextLines EventLines(const CItemValues& values, const CKeptLines& kept, const C
     if (values.BusyStatus == 0)
         lines.push_back("TRANSP:TRANSPARENT");
     const CKeptState state(kept);
-    const bool keepsState = !values.IsCancelled && state.Expected(values.BusyStatus == 0) == values.BusyStatus;
+    const bool keepsState =
+        !values.IsCancelled && state.Expected(values.BusyStatus == 0) == values.BusyStatus;
     AddAttendees(values, kept, lines);
     const bool hasRule = HasLine(dates.Head, "RRULE");
     for (const std::string& line : kept.Lines) {

@@ -26,7 +26,8 @@ QString UserName()
     return full.isEmpty() ? QString::fromLocal8Bit(user->pw_name) : full;
 }
 
-CStatus AddAppointment(IPOutlookApp& app, CEventExporter& exporter, quint32 itemId, CTextLines& lines, QString* subject)
+CStatus AddAppointment(IPOutlookApp& app, CEventExporter& exporter, quint32 itemId, CTextLines& lines,
+                       QString* subject)
 {
     std::unique_ptr<IAppointment> item;
     if (const CStatus status = app.GetAppointmentFromOid(itemId, item); !status)

@@ -20,7 +20,9 @@ std::string DayList(int mask, const std::string& ordinal)
 std::string MonthDayPart(int day, int month)
 {
     day = std::clamp(day, 1, 31);
-    const int shortest = month == 0 || month == 2 ? 28 : month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
+    const int shortest = month == 0 || month == 2                                ? 28
+                         : month == 4 || month == 6 || month == 9 || month == 11 ? 30
+                                                                                 : 31;
     if (day <= shortest)
         return ";BYMONTHDAY=" + std::to_string(day);
     if (day == 31)

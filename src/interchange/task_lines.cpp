@@ -120,11 +120,13 @@ void CTaskExporter::AddRule(ITask& task, const CKeptLines& kept, CTextLines& hea
     for (const std::string& line : LinesOf(kept, {"EXDATE"}))
         excluded += line;
     for (const CRecurrenceException& exception : pattern.Exceptions)
-        if (exception.OriginalDay >= day && excluded.find(DateText(WallOfDay(exception.OriginalDay))) == std::string::npos)
+        if (exception.OriginalDay >= day &&
+            excluded.find(DateText(WallOfDay(exception.OriginalDay))) == std::string::npos)
             lists.push_back(kDays.Line("EXDATE", WallOfDay(exception.OriginalDay)));
 }
 
-void CTaskExporter::AddReminder(ITask& task, const CKeptLines& kept, const CTextLines& head, CTextLines& lines)
+void CTaskExporter::AddReminder(ITask& task, const CKeptLines& kept, const CTextLines& head,
+                                CTextLines& lines)
 {
     CTextLines all = head;
     for (const CTextLines& block : kept.Blocks)
@@ -134,7 +136,8 @@ void CTaskExporter::AddReminder(ITask& task, const CKeptLines& kept, const CText
     const bool fits = own == NO_DATE ? !told : told && *told / 60 == WallOfDate(own) / 60;
     if (!fits && own != NO_DATE)
         AddKept({"BEGIN:VALARM",
-                 "TRIGGER;VALUE=DATE-TIME:" + MomentText(WallOfDate(LocalToUtc(own, m_zoneWriter.Device()))) + 'Z',
+                 "TRIGGER;VALUE=DATE-TIME:" + MomentText(WallOfDate(LocalToUtc(own, m_zoneWriter.Device()))) +
+                     'Z',
                  "ACTION:DISPLAY", "DESCRIPTION:Reminder", "END:VALARM"},
                 lines);
     for (const CTextLines& block : kept.Blocks)

@@ -54,7 +54,8 @@ qint64 OnsetOf(const SystemTime& rule, int year)
 {
     const int first = DayNumberOf(year, rule.wMonth, 1);
     const int next = DayNumberOf(year + rule.wMonth / 12, rule.wMonth % 12 + 1, 1);
-    int day = first + (rule.wDayOfWeek % 7 - DayOfWeekOf(first) + 7) % 7 + (std::clamp<int>(rule.wDay, 1, 5) - 1) * 7;
+    int day = first + (rule.wDayOfWeek % 7 - DayOfWeekOf(first) + 7) % 7 +
+              (std::clamp<int>(rule.wDay, 1, 5) - 1) * 7;
     while (day >= next)
         day -= 7;
     return WallOfDay(day) + rule.wHour * 3600 + rule.wMinute * 60;
@@ -138,7 +139,8 @@ CTimeForm CZoneWriter::FormOf(const std::string& kept, bool allDay, bool isForei
         return OfRecord(*record);
     }
     const CPropertyLine line(kept);
-    const std::string parameters = line.Parameters.empty() ? std::string() : ';' + std::string(line.Parameters);
+    const std::string parameters =
+        line.Parameters.empty() ? std::string() : ';' + std::string(line.Parameters);
     const std::string name(TrimBlanks(line.Parameter("TZID")));
     if (name.empty())
         return !record || *record == m_device ? CTimeForm{CTimeForm::Floating, parameters, nullptr}
@@ -146,7 +148,8 @@ CTimeForm CZoneWriter::FormOf(const std::string& kept, bool allDay, bool isForei
     const QByteArray id = m_zones.SystemName(name);
     if (!id.isEmpty()) {
         TimeZoneInformation known;
-        const bool isOthers = record && *record == m_device && ZoneRecordOf(id, m_year, &known) && !(known == *record);
+        const bool isOthers =
+            record && *record == m_device && ZoneRecordOf(id, m_year, &known) && !(known == *record);
         if (isOthers) // it was made anew here since
             return OfRecord(*record);
         Use(name, nullptr);
@@ -169,7 +172,8 @@ CTimeForm CZoneWriter::OfRecord(const TimeZoneInformation& record)
     }
     const int east = -record.Bias;
     const std::string name =
-        QString::asprintf("Zone %c%02d%02d", east < 0 ? '-' : '+', std::abs(east) / 60, std::abs(east) % 60).toStdString();
+        QString::asprintf("Zone %c%02d%02d", east < 0 ? '-' : '+', std::abs(east) / 60, std::abs(east) % 60)
+            .toStdString();
     return Named(";TZID=\"" + name + '"', name, record);
 }
 
@@ -196,7 +200,8 @@ void CZoneWriter::Use(const std::string& name, const TimeZoneInformation* record
 {
     if (!m_used.insert(name).second)
         return;
-    const CTextLines block = BlockOf(name, record ? RulesOf(*record, kRuleYear) : HistoryOf(m_zones.SystemName(name), m_year));
+    const CTextLines block =
+        BlockOf(name, record ? RulesOf(*record, kRuleYear) : HistoryOf(m_zones.SystemName(name), m_year));
     m_blocks.insert(m_blocks.end(), block.begin(), block.end());
 }
 

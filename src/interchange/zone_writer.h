@@ -11,7 +11,7 @@
 // How the times of one item are written, and the clock that they are told by.
 struct CTimeForm {
     enum Kind { Date, Floating, Utc, Named } Form = Utc;
-    std::string Parameters; // behind the property's name, with the first semicolon
+    std::string Parameters;                // behind the property's name, with the first semicolon
     std::shared_ptr<const CFileZone> Zone; // null: the device's clock, or days
 
     // A property of a wall time of that zone.
@@ -37,7 +37,8 @@ public:
     qint64 FromDevice(const CTimeForm& form, DATE date) const;
 
 private:
-    CTimeForm Named(const std::string& parameters, const std::string& name, const TimeZoneInformation& record);
+    CTimeForm Named(const std::string& parameters, const std::string& name,
+                    const TimeZoneInformation& record);
     CTimeForm OfRecord(const TimeZoneInformation& record);
     void Use(const std::string& name, const TimeZoneInformation* record);
 

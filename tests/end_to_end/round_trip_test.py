@@ -84,8 +84,7 @@ def round_trip(name, files):
     told_difference(name, first, second)
     expect(counts(one) == counts(two), f"{name}: {counts(one)} records become {counts(two)}")
     before, after = shown(one), shown(two)
-    missing = [item for item in before if item not in set(after)]
-    added = [item for item in after if item not in set(before)]
+    missing, added = sorted(set(before) - set(after)), sorted(set(after) - set(before))
     expect(before == after, f"{name}: {len(missing)} not shown any more, {len(added)} new:\n"
            + "\n".join(missing[:3] + ["--"] + added[:3]))
     again = take_in(two, path)

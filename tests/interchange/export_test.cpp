@@ -13,51 +13,78 @@ struct CTrip {
 };
 
 const CTrip kTrips[] = {
-    {"utc", "DTSTART:20260310T080000Z\nDTEND:20260310T090000Z\nSUMMARY:a\\, b\\; c\\\\d\nDESCRIPTION:one\\ntwo",
+    {"utc",
+     "DTSTART:20260310T080000Z\nDTEND:20260310T090000Z\nSUMMARY:a\\, b\\; c\\\\d\nDESCRIPTION:one\\ntwo",
      "SUMMARY:a\\, b\\; c\\\\d\nDESCRIPTION:one\\ntwo\nDTEND:20260310T090000Z"},
-    {"zone", "DTSTART;TZID=America/New_York:20260310T090000\nDTEND;TZID=America/New_York:20260310T100000\nSUMMARY:a",
+    {"zone",
+     "DTSTART;TZID=America/New_York:20260310T090000\nDTEND;TZID=America/New_York:20260310T100000\nSUMMARY:a",
      "BEGIN:VTIMEZONE\nTZID:America/New_York\nDTSTART;TZID=America/New_York:20260310T090000"},
     {"floating", "DTSTART:20260310T090000\nSUMMARY:a", "DTSTART:20260310T090000"},
-    {"days", "DTSTART;VALUE=DATE:20260310\nDTEND;VALUE=DATE:20260312\nSUMMARY:a", "DTEND;VALUE=DATE:20260312"},
-    {"series", "DTSTART;TZID=Europe/Berlin:20260310T090000\nRRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=TU,SU;COUNT=9\nSUMMARY:a\n"
-               "EXDATE;TZID=Europe/Berlin:20260324T090000,20260325T090000",
-     "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=TU,SU;COUNT=9\nEXDATE;TZID=Europe/Berlin:20260324T090000,20260325T090000"},
-    {"until", "DTSTART;TZID=Europe/Berlin:20260310T090000\nRRULE:FREQ=DAILY;UNTIL=20260401T070000Z\nSUMMARY:a",
+    {"days", "DTSTART;VALUE=DATE:20260310\nDTEND;VALUE=DATE:20260312\nSUMMARY:a",
+     "DTEND;VALUE=DATE:20260312"},
+    {"series",
+     "DTSTART;TZID=Europe/"
+     "Berlin:20260310T090000\nRRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=TU,SU;COUNT=9\nSUMMARY:a\n"
+     "EXDATE;TZID=Europe/Berlin:20260324T090000,20260325T090000",
+     "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=TU,SU;COUNT=9\nEXDATE;TZID=Europe/"
+     "Berlin:20260324T090000,20260325T090000"},
+    {"until",
+     "DTSTART;TZID=Europe/Berlin:20260310T090000\nRRULE:FREQ=DAILY;UNTIL=20260401T070000Z\nSUMMARY:a",
      "RRULE:FREQ=DAILY;UNTIL=20260401T070000Z"},
     {"shorter months", "DTSTART:20260131T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=31\nSUMMARY:a",
      "RRULE:FREQ=MONTHLY;BYMONTHDAY=31"},
-    {"30th or last", "DTSTART:20260228T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=28,29,30;BYSETPOS=-1\nSUMMARY:a",
+    {"30th or last",
+     "DTSTART:20260228T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=28,29,30;BYSETPOS=-1\nSUMMARY:a",
      "RRULE:FREQ=MONTHLY;BYMONTHDAY=28,29,30;BYSETPOS=-1"},
-    {"several records", "DTSTART:20260305T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=5,20;COUNT=7\nSUMMARY:a\nRDATE:20260307T100000Z",
+    {"several records",
+     "DTSTART:20260305T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=5,20;COUNT=7\nSUMMARY:a\nRDATE:"
+     "20260307T100000Z",
      "RRULE:FREQ=MONTHLY;BYMONTHDAY=5,20;COUNT=7\nRDATE:20260307T100000Z"},
-    {"no pattern", "DTSTART:20260302T090000Z\nRRULE:FREQ=YEARLY;BYYEARDAY=61,100;COUNT=6\nEXDATE:20260302T090000Z\nSUMMARY:a",
+    {"no pattern",
+     "DTSTART:20260302T090000Z\nRRULE:FREQ=YEARLY;BYYEARDAY=61,100;COUNT=6\nEXDATE:20260302T090000Z\nSUMMARY:"
+     "a",
      "DTSTART:20260302T090000Z\nRRULE:FREQ=YEARLY;BYYEARDAY=61,100;COUNT=6\nEXDATE:20260302T090000Z"},
-    {"start outside", "DTSTART:20260302T090000Z\nRRULE:FREQ=WEEKLY;BYDAY=WE\nSUMMARY:a", "RRULE:FREQ=WEEKLY;BYDAY=WE"},
-    {"own zone", "DTSTART;TZID=Atlantis:20260310T090000\nRRULE:FREQ=DAILY;COUNT=3\nSUMMARY:a", "TZID:Atlantis"},
-    {"parameters", "DTSTART:20260310T080000Z\nSUMMARY;LANGUAGE=de:a\nSUMMARY;LANGUAGE=fr:b\nX-ODD;P=\"q;r\":s,t\nGEO:1.0;2.0",
+    {"start outside", "DTSTART:20260302T090000Z\nRRULE:FREQ=WEEKLY;BYDAY=WE\nSUMMARY:a",
+     "RRULE:FREQ=WEEKLY;BYDAY=WE"},
+    {"own zone", "DTSTART;TZID=Atlantis:20260310T090000\nRRULE:FREQ=DAILY;COUNT=3\nSUMMARY:a",
+     "TZID:Atlantis"},
+    {"parameters",
+     "DTSTART:20260310T080000Z\nSUMMARY;LANGUAGE=de:a\nSUMMARY;LANGUAGE=fr:b\nX-ODD;P=\"q;r\":s,t\nGEO:1.0;2."
+     "0",
      "SUMMARY;LANGUAGE=de:a\nSUMMARY;LANGUAGE=fr:b\nX-ODD;P=\"q;r\":s,t\nGEO:1.0;2.0"},
-    {"people", "DTSTART:20260310T080000Z\nSUMMARY:a\nORGANIZER;CN=Ann:mailto:ann@x.org\nATTENDEE;CN=\"Bo; B\":mailto:bo@x.org\n"
-               "ATTENDEE;CN=Cy;PARTSTAT=ACCEPTED:mailto:cy@x.org\nATTENDEE:mailto:di@x.org\nATTENDEE;CN=Ed:invalid:nomail",
-     "ORGANIZER;CN=Ann:mailto:ann@x.org\nATTENDEE;CN=\"Bo; B\":mailto:bo@x.org\nATTENDEE;CN=Cy;PARTSTAT=ACCEPTED:mailto:cy@x.org\n"
+    {"people",
+     "DTSTART:20260310T080000Z\nSUMMARY:a\nORGANIZER;CN=Ann:mailto:ann@x.org\nATTENDEE;CN=\"Bo; "
+     "B\":mailto:bo@x.org\n"
+     "ATTENDEE;CN=Cy;PARTSTAT=ACCEPTED:mailto:cy@x.org\nATTENDEE:mailto:di@x.org\nATTENDEE;CN=Ed:invalid:"
+     "nomail",
+     "ORGANIZER;CN=Ann:mailto:ann@x.org\nATTENDEE;CN=\"Bo; "
+     "B\":mailto:bo@x.org\nATTENDEE;CN=Cy;PARTSTAT=ACCEPTED:mailto:cy@x.org\n"
      "ATTENDEE:mailto:di@x.org\nATTENDEE;CN=Ed:invalid:nomail"},
-    {"state", "DTSTART:20260310T080000Z\nSUMMARY:a\nCLASS:CONFIDENTIAL\nSTATUS:TENTATIVE\nCATEGORIES:B,A\nSEQUENCE:3",
+    {"state",
+     "DTSTART:20260310T080000Z\nSUMMARY:a\nCLASS:CONFIDENTIAL\nSTATUS:TENTATIVE\nCATEGORIES:B,A\nSEQUENCE:3",
      "CLASS:CONFIDENTIAL\nSTATUS:TENTATIVE\nCATEGORIES:A,B\nSEQUENCE:3"},
-    {"out of office", "DTSTART:20260310T080000Z\nSUMMARY:a\nTRANSP:OPAQUE\nX-MICROSOFT-CDO-BUSYSTATUS:OOF\nCLASS:PRIVATE",
+    {"out of office",
+     "DTSTART:20260310T080000Z\nSUMMARY:a\nTRANSP:OPAQUE\nX-MICROSOFT-CDO-BUSYSTATUS:OOF\nCLASS:PRIVATE",
      "X-MICROSOFT-CDO-BUSYSTATUS:OOF\nCLASS:PRIVATE"},
-    {"alarms", "DTSTART:20260310T080000Z\nSUMMARY:a\nBEGIN:VALARM\nTRIGGER:-PT15M\nACTION:DISPLAY\nDESCRIPTION:Reminder\n"
-               "END:VALARM\nBEGIN:VALARM\nTRIGGER;RELATED=END:PT5M\nACTION:AUDIO\nEND:VALARM",
+    {"alarms",
+     "DTSTART:20260310T080000Z\nSUMMARY:a\nBEGIN:VALARM\nTRIGGER:-PT15M\nACTION:DISPLAY\nDESCRIPTION:"
+     "Reminder\n"
+     "END:VALARM\nBEGIN:VALARM\nTRIGGER;RELATED=END:PT5M\nACTION:AUDIO\nEND:VALARM",
      "TRIGGER:-PT15M\nTRIGGER;RELATED=END:PT5M\nACTION:AUDIO"},
     {"changed occurrences",
      "DTSTART;TZID=Europe/Berlin:20260310T090000\nRRULE:FREQ=DAILY;COUNT=5\nSUMMARY:a\nEND:VEVENT\n"
-     "BEGIN:VEVENT\nUID:u\nDTSTAMP:20260101T000000Z\nRECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T120000Z\nSUMMARY:moved\n"
+     "BEGIN:VEVENT\nUID:u\nDTSTAMP:20260101T000000Z\nRECURRENCE-ID:20260312T080000Z\nDTSTART:"
+     "20260312T120000Z\nSUMMARY:moved\n"
      "X-MORE:1\nEND:VEVENT\nBEGIN:VEVENT\nUID:u\nRECURRENCE-ID;TZID=Europe/Berlin:20260313T090000\n"
      "DTSTART:20260313T080000Z\nSTATUS:CANCELLED",
      "RECURRENCE-ID:20260312T080000Z\nSUMMARY:moved\nX-MORE:1\nSTATUS:CANCELLED"},
     {"all later ones",
      "DTSTART:20260310T090000Z\nRRULE:FREQ=DAILY;COUNT=9\nSUMMARY:a\nEND:VEVENT\n"
-     "BEGIN:VEVENT\nUID:u\nRECURRENCE-ID;RANGE=THISANDFUTURE:20260313T090000Z\nDTSTART:20260313T110000Z\nSUMMARY:b",
+     "BEGIN:VEVENT\nUID:u\nRECURRENCE-ID;RANGE=THISANDFUTURE:20260313T090000Z\nDTSTART:"
+     "20260313T110000Z\nSUMMARY:b",
      "RECURRENCE-ID;RANGE=THISANDFUTURE:20260313T090000Z\nRRULE:FREQ=DAILY;COUNT=6"},
-    {"alone", "RECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T120000Z\nSUMMARY:a", "RECURRENCE-ID:20260312T080000Z"},
+    {"alone", "RECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T120000Z\nSUMMARY:a",
+     "RECURRENCE-ID:20260312T080000Z"},
 };
 
 class ExportTest : public ImportTest
@@ -85,7 +112,8 @@ protected:
         for (size_t at = 0; at <= wanted.size();) {
             const size_t end = std::min(wanted.find('\n', at), wanted.size());
             EXPECT_NE(text.find("\r\n" + wanted.substr(at, end - at) + "\r\n"), std::string::npos)
-                << name << ": " << wanted.substr(at, end - at) << "\n" << text;
+                << name << ": " << wanted.substr(at, end - at) << "\n"
+                << text;
             at = end + 1;
         }
     }
@@ -112,16 +140,19 @@ TEST_F(ExportTest, ComesBackTheSame)
 
 TEST_F(ExportTest, TellsWhatWasChangedSince)
 {
-    Import("BEGIN:VEVENT\nUID:u\nDTSTART;TZID=Europe/Berlin:20260310T090000\nRRULE:FREQ=DAILY;COUNT=5\nSUMMARY:a\n"
+    Import("BEGIN:VEVENT\nUID:u\nDTSTART;TZID=Europe/"
+           "Berlin:20260310T090000\nRRULE:FREQ=DAILY;COUNT=5\nSUMMARY:a\n"
            "STATUS:TENTATIVE\nBEGIN:VALARM\nTRIGGER:-PT5M\nACTION:EMAIL\nEND:VALARM\nEND:VEVENT\n"
-           "BEGIN:VEVENT\nUID:u\nRECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T120000Z\nSUMMARY:moved\nEND:VEVENT");
+           "BEGIN:VEVENT\nUID:u\nRECURRENCE-ID:20260312T080000Z\nDTSTART:20260312T120000Z\nSUMMARY:"
+           "moved\nEND:VEVENT");
     auto item = Open("u");
     item->put_BusyStatus(3);
     item->put_ReminderSet(false);
     ASSERT_TRUE(item->Save().IsOk());
     std::unique_ptr<IAppointment> occurrence;
     for (const int day : {12, 13}) {
-        ASSERT_TRUE(item->GetRecurrencePattern()->GetOccurrence(DayNumberOf(2026, 3, day), occurrence).IsOk());
+        ASSERT_TRUE(
+            item->GetRecurrencePattern()->GetOccurrence(DayNumberOf(2026, 3, day), occurrence).IsOk());
         occurrence->put_Subject(QStringLiteral("mine"));
         ASSERT_TRUE(occurrence->Save().IsOk());
     }
@@ -131,7 +162,8 @@ TEST_F(ExportTest, TellsWhatWasChangedSince)
     EXPECT_EQ(first.find("moved"), std::string::npos);
     EXPECT_EQ(first.find("TENTATIVE"), std::string::npos);
     EXPECT_EQ(first.find("VALARM"), std::string::npos);
-    ExpectLines(first, "SUMMARY:mine\nX-MICROSOFT-CDO-BUSYSTATUS:OOF\nEXDATE;TZID=Europe/Berlin:20260314T090000", "");
+    ExpectLines(
+        first, "SUMMARY:mine\nX-MICROSOFT-CDO-BUSYSTATUS:OOF\nEXDATE;TZID=Europe/Berlin:20260314T090000", "");
     FreshVolume();
     ImportBytes(first);
     EXPECT_EQ(Items("u"), items);
@@ -182,8 +214,10 @@ TEST_F(ExportTest, MeetingsTellMethodAndSequence)
     foreign.Uid = QStringLiteral("m1");
     item->put_Foreign(foreign);
     ASSERT_TRUE(ExportMeeting(*item, MeetingMethod::Request, content).IsOk());
-    ExpectLines(content.toStdString(), "METHOD:REQUEST\nUID:m1\nSEQUENCE:0\nDTSTART:20260310T080000Z\n"
-                                       "ATTENDEE;CN=Bo;RSVP=TRUE:mailto:bo@x.org", "request");
+    ExpectLines(content.toStdString(),
+                "METHOD:REQUEST\nUID:m1\nSEQUENCE:0\nDTSTART:20260310T080000Z\n"
+                "ATTENDEE;CN=Bo;RSVP=TRUE:mailto:bo@x.org",
+                "request");
     EXPECT_NE(content.indexOf(":invalid:nomail\r\n"), -1);
     item->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
     foreign.Sequence = 2;
@@ -193,7 +227,8 @@ TEST_F(ExportTest, MeetingsTellMethodAndSequence)
     std::unique_ptr<IAppointment> occurrence;
     ASSERT_TRUE(item->GetRecurrencePattern()->GetOccurrence(DayNumberOf(2026, 3, 12), occurrence).IsOk());
     ASSERT_TRUE(ExportMeeting(*occurrence, MeetingMethod::Cancel, content).IsOk());
-    ExpectLines(content.toStdString(), "METHOD:CANCEL\nSTATUS:CANCELLED\nSEQUENCE:2\nORGANIZER:mailto:me@x.org", "cancel");
+    ExpectLines(content.toStdString(),
+                "METHOD:CANCEL\nSTATUS:CANCELLED\nSEQUENCE:2\nORGANIZER:mailto:me@x.org", "cancel");
     EXPECT_NE(content.indexOf("RECURRENCE-ID"), -1);
     EXPECT_NE(content.indexOf(":20260312T090000"), -1);
     EXPECT_EQ(content.indexOf("RRULE:FREQ=DAILY"), -1);
@@ -201,14 +236,16 @@ TEST_F(ExportTest, MeetingsTellMethodAndSequence)
 
 TEST_F(ExportTest, OneItemIsAWholeFile)
 {
-    Import("BEGIN:VEVENT\nUID:u\nDTSTART:20260305T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=5,20\nSUMMARY:a\nEND:VEVENT");
+    Import("BEGIN:VEVENT\nUID:u\nDTSTART:20260305T090000Z\nRRULE:FREQ=MONTHLY;BYMONTHDAY=5,20\nSUMMARY:"
+           "a\nEND:VEVENT");
     QByteArray content;
     QString subject;
     const quint32 second = m_app->FindByUid(QStringLiteral("u")).back().ItemId; // of two records
     ASSERT_TRUE(ExportItem(*m_app, {OlItem::Appointment, second}, content, &subject).IsOk());
     EXPECT_EQ(subject, QStringLiteral("a"));
     ExpectLines(content.toStdString(), "RRULE:FREQ=MONTHLY;BYMONTHDAY=5,20\nEND:VCALENDAR", "");
-    EXPECT_EQ(ExportItem(*m_app, {OlItem::Task, kTaskTag + 9}, content, nullptr).Kind(), StatusKind::NotFound);
+    EXPECT_EQ(ExportItem(*m_app, {OlItem::Task, kTaskTag + 9}, content, nullptr).Kind(),
+              StatusKind::NotFound);
 }
 
 TEST_F(ExportTest, TakesTheItemsOfSomeDays)

@@ -27,7 +27,8 @@ public:
     {
         if (m_isFile)
             return m_file.write(bytes) == bytes.size() && m_file.flush();
-        const bool good = std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) == size_t(bytes.size());
+        const bool good =
+            std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) == size_t(bytes.size());
         m_error = good ? 0 : errno;
         return good;
     }
@@ -56,7 +57,8 @@ private:
 int RunExport(const CExportOptions& options)
 {
     std::shared_ptr<CPropertyVolume> volume;
-    CStatus status = CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
+    CStatus status =
+        CPropertyVolume::Open(options.Volume, PimSchema(), CPropertyVolume::Mode::ReadOnly, volume);
     std::unique_ptr<IPOutlookApp> app;
     if (status) {
         app = MakePOutlookApp(volume);
@@ -78,7 +80,8 @@ int RunExport(const CExportOptions& options)
     range.Calendar = !options.Output.endsWith(QLatin1String(".vcf"), Qt::CaseInsensitive);
     range.Contacts = !options.Output.endsWith(QLatin1String(".ics"), Qt::CaseInsensitive);
     bool written = true;
-    CCalendarExporter exporter(*app, *volume, [&](const QByteArray& bytes) { return written = output.Write(bytes); });
+    CCalendarExporter exporter(*app, *volume,
+                               [&](const QByteArray& bytes) { return written = output.Write(bytes); });
     status = exporter.Export(range);
     if (!written || (status && !output.Finish())) {
         PrintError(output.Fault());

@@ -18,7 +18,8 @@ Kind KindOf(quint32 itemId)
 CStatus OpenVolume(const QString& path, std::unique_ptr<IPOutlookApp>& app)
 {
     std::shared_ptr<CPropertyVolume> volume;
-    if (const CStatus status = CPropertyVolume::Open(path, PimSchema(), CPropertyVolume::Mode::MustExist, volume);
+    if (const CStatus status =
+            CPropertyVolume::Open(path, PimSchema(), CPropertyVolume::Mode::MustExist, volume);
         !status)
         return status;
     app = MakePOutlookApp(volume);
@@ -27,8 +28,8 @@ CStatus OpenVolume(const QString& path, std::unique_ptr<IPOutlookApp>& app)
 
 CStatus NoItem(quint32 itemId, const char* kind)
 {
-    return {StatusKind::NotFound, QStringLiteral("there is no %1 %2")
-                                      .arg(QLatin1String(kind), QString::number(qint32(itemId)))};
+    return {StatusKind::NotFound,
+            QStringLiteral("there is no %1 %2").arg(QLatin1String(kind), QString::number(qint32(itemId)))};
 }
 
 CStatus Complete(IPOutlookApp& app, quint32 itemId)
@@ -45,7 +46,8 @@ CStatus Complete(IPOutlookApp& app, quint32 itemId)
 }
 
 template <typename Item>
-CStatus DeleteOf(IPOutlookApp& app, quint32 itemId, CStatus (IPOutlookApp::*open)(quint32, std::unique_ptr<Item>&))
+CStatus DeleteOf(IPOutlookApp& app, quint32 itemId,
+                 CStatus (IPOutlookApp::*open)(quint32, std::unique_ptr<Item>&))
 {
     std::unique_ptr<Item> item;
     CStatus status = (app.*open)(itemId, item);

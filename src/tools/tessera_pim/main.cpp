@@ -111,9 +111,10 @@ void AddExport(CLI::App& app, Arguments& arguments)
         ->type_name("DAY")
         ->check(kIsoDay);
     command
-        ->add_option("--output", arguments.Output,
-                     "The file to write, else standard output; one that ends in .ics gets no contacts, one in "
-                     ".vcf nothing but contacts")
+        ->add_option(
+            "--output", arguments.Output,
+            "The file to write, else standard output; one that ends in .ics gets no contacts, one in "
+            ".vcf nothing but contacts")
         ->type_name("FILE");
 }
 
