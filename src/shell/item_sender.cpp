@@ -127,6 +127,8 @@ CStatus CItemSender::SendMeeting(IAppointment& appointment, bool cancel)
     if (addresses.isEmpty())
         return {};
     Identify(appointment);
+    if (appointment.Foreign().Uid.isEmpty())
+        return {}; // an occurrence of a series that nobody was ever invited to
     COutgoingFile file;
     const CStatus made =
         ExportMeeting(appointment, cancel ? MeetingMethod::Cancel : MeetingMethod::Request, file.Content);
