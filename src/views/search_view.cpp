@@ -1,4 +1,5 @@
 #include "views/search_view.h"
+#include "desktop/keyboard_service.h"
 #include "drawing/picture_ids.h"
 #include "forms/form_parts.h"
 #include "forms/message_dialog.h"
@@ -158,11 +159,13 @@ void CSearchView::StartSearch()
     m_request.Text = text;
     m_request.TakeSettings();
     m_cancel = false;
+    m_searchedIn = PimStore().Volume();
     m_search = std::make_unique<CItemSearch>(PimStore().Volume(), PimStore().Categories(), m_request);
     m_wait = std::make_unique<CWaitCursor>();
     SetStatus(StrSearching);
     m_touch.Redraw(true);
     m_timers.Set(kTimerSearch, 0);
+    ShowOnScreenKeyboard(false); // the results need its room
 }
 
 void CSearchView::EndSearch()
@@ -241,8 +244,7 @@ void CSearchView::FollowSlice()
 
 void CSearchView::OnClockChanged(int)
 {
-    m_list.ForgetPictures(); // a task may be overdue now
-    m_touch.Redraw(true);
+    OnDataChanged(0, 0, 0); // a task may be overdue now, or all times be others
 }
 
 // ---- lifecycle
@@ -263,6 +265,11 @@ void CSearchView::Refresh()
 {
     m_stroke.End();
     m_hidden = false;
+    if (m_searchedIn.lock() != PimStore().Volume()) { // another file lies in its place
+        EndSearch();
+        SetStatus(StrSearchPrompt);
+        ForgetResults();
+    }
     m_edit->setInputMethodHints(TextInputHints());
     m_edit->show();
     m_edit->setFocus();

@@ -101,6 +101,7 @@ private:
     CSearchRequest m_request;
     std::unique_ptr<CItemSearch> m_search; // while it runs
     std::unique_ptr<CWaitCursor> m_wait;
+    std::weak_ptr<CPropertyVolume> m_searchedIn; // the results are its
     bool m_cancel = false; // the user asked for it to stop
     std::unordered_map<const CPaintingOrderItem*, std::unique_ptr<CPimItem>> m_found;
     int m_followed = 0; // rows that were read anew since the last notice
