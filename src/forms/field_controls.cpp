@@ -233,10 +233,7 @@ QString CFieldControls::Text(const CFieldRow& row) const
         return Line->isModified() ? Line->text() : m_text;
     if (!Lines->document()->isModified())
         return m_text;
-    QString text = Lines->toPlainText();
-    if (m_text.contains(QStringLiteral("\r\n")))
-        text.replace(u'\n', QStringLiteral("\r\n"));
-    return text;
+    return EditedPlainText(*Lines, m_text);
 }
 
 void CFieldControls::Selection(const CFieldRow& row, int* start, int* end) const

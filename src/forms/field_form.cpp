@@ -181,25 +181,11 @@ int CFieldForm::ContentHeight(int width)
     return m_contentHeight;
 }
 
-QRect CFieldForm::KeyboardArea() const
-{
-    const QInputMethod* const panel = QGuiApplication::inputMethod();
-    if (!panel->isVisible() || !isVisible())
-        return {};
-    return panel->keyboardRectangle().toAlignedRect().translated(window()->mapToGlobal(QPoint(0, 0)));
-}
-
 void CFieldForm::OnLayout(const QRect& client)
 {
     if (client.isEmpty() || !m_built)
         return;
-    QRect area = client;
-    const QRect keyboard = KeyboardArea();
-    if (!keyboard.isEmpty()) {
-        const int top = mapFromGlobal(keyboard.topLeft()).y() * CurrentFactor();
-        const int least = std::min(FieldRowStep(), client.height());
-        area.setHeight(std::clamp(top - client.y(), least, client.height()));
-    }
+    const QRect area = AboveKeyboard(client, FieldRowStep());
     LayoutRows(client.width());
     if (m_touch.Width() == 0)
         m_touch.Attach(0, this, this, area.x(), area.y(), area.width(), area.height());

@@ -72,8 +72,8 @@ protected:
     };
     EditedText GetEditedText() const;
     void SetEditedText(const QString& text, int caret = -1);
-    // Where the on-screen keyboard lies, in global logical pixels; empty when it is down.
-    virtual QRect KeyboardArea() const;
+    // The text aids for the selected Text row; `mode` is a CExtendedTextEntryDialog::Mode.
+    void OpenExtendedText(int mode);
 
     bool SlidesIn() const override { return true; }
     int ContentHeight(int width) override;

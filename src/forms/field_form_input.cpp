@@ -2,6 +2,7 @@
 #include "desktop/keyboard_service.h"
 #include "drawing/screen_metrics.h"
 #include "forms/date_picker_dialog.h"
+#include "forms/extended_text_entry_dialog.h"
 #include "forms/field_controls.h"
 #include "forms/field_form.h"
 #include "forms/time_picker_dialog.h"
@@ -21,12 +22,6 @@
 namespace
 {
 constexpr int kWheelNotch = 120, kWheelRows = 2;
-
-// What the dialog itself answers, whichever control has the keyboard.
-bool IsDialogKey(int key)
-{
-    return key == kKeyEscape || key == kKeyF1 || key == kKeyF2;
-}
 } // namespace
 
 // ---- selection
@@ -140,6 +135,20 @@ void CFieldForm::OpenPicker(bool date)
     m_controls->PutDate(value, date);
     CommitRow();
     PlaceControls(true);
+}
+
+// ---- text aids
+
+void CFieldForm::OpenExtendedText(int mode)
+{
+    if (!HasRow() || m_rows[size_t(m_selected)].Type != kRowText)
+        return;
+    const quint32 id = m_rows[size_t(m_selected)].Id;
+    const EditedText edited = GetEditedText();
+    CExtendedTextEntryDialog dialog(edited.Text, edited.SelectionStart, edited.SelectionEnd,
+                                    CExtendedTextEntryDialog::Mode(mode));
+    if (dialog.Run(this) == kDone && HasRow() && m_rows[size_t(m_selected)].Id == id)
+        SetEditedText(dialog.GetText(), dialog.GetCaret());
 }
 
 // ---- finger
@@ -263,26 +272,17 @@ bool CFieldForm::eventFilter(QObject* watched, QEvent* event)
         m_controls && watched->parent() == this ? qobject_cast<QWidget*>(watched) : nullptr;
     if (!control)
         return CFormDialog::eventFilter(watched, event);
+    if (TakeDialogKey(event))
+        return true;
     switch (event->type()) {
     case QEvent::KeyPress: {
         QKeyEvent* const press = static_cast<QKeyEvent*>(event);
         const int key = VirtualKeyOf(*press);
-        if (IsDialogKey(key)) {
-            keyPressEvent(press);
-            return true;
-        }
         // Enter that opened the form or left a picker goes on repeating.
         if (press->isAutoRepeat() && key == kKeyReturn)
             return true;
         const bool plain = (press->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
         return plain && OnControlKey(control, key);
-    }
-    case QEvent::KeyRelease: {
-        QKeyEvent* const release = static_cast<QKeyEvent*>(event);
-        if (!IsDialogKey(VirtualKeyOf(*release)))
-            return false;
-        keyReleaseEvent(release);
-        return true;
     }
     case QEvent::Wheel:
         // It scrolls the form; a value never changes by it unasked.

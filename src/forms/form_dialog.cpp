@@ -10,6 +10,8 @@
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QEventLoop>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -137,7 +139,41 @@ void CFormDialog::RaiseAll()
 void CFormDialog::LowerInputPanel()
 {
     if (m_loop)
-        ShowOnScreenKeyboard(false);
+        ShowOnScreenKeyboard(WantsKeyboard());
+}
+
+QRect CFormDialog::KeyboardArea() const
+{
+    const QInputMethod* const panel = QGuiApplication::inputMethod();
+    if (!panel->isVisible() || !isVisible())
+        return {};
+    return panel->keyboardRectangle().toAlignedRect().translated(window()->mapToGlobal(QPoint(0, 0)));
+}
+
+QRect CFormDialog::AboveKeyboard(const QRect& client, int leastHeight) const
+{
+    QRect area = client;
+    const QRect keyboard = KeyboardArea();
+    if (!keyboard.isEmpty()) {
+        const int top = mapFromGlobal(keyboard.topLeft()).y() * m_factor;
+        area.setHeight(std::clamp(top - client.y(), std::min(leastHeight, client.height()), client.height()));
+    }
+    return area;
+}
+
+bool CFormDialog::TakeDialogKey(QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    QKeyEvent* const stroke = static_cast<QKeyEvent*>(event);
+    const int key = VirtualKeyOf(*stroke);
+    if (key != kKeyEscape && key != kKeyF1 && key != kKeyF2)
+        return false;
+    if (event->type() == QEvent::KeyPress)
+        keyPressEvent(stroke);
+    else
+        keyReleaseEvent(stroke);
+    return true;
 }
 
 void CFormDialog::closeEvent(QCloseEvent* event)

@@ -76,6 +76,14 @@ protected:
     virtual void OnLButtonUp(QPoint) {}
     virtual void OnWheel(int) {} // in eighths of a degree
 
+    // For dialogs with live controls. Where the on-screen keyboard lies, in global logical pixels;
+    // empty when it is down.
+    virtual QRect KeyboardArea() const;
+    QRect AboveKeyboard(const QRect& client, int leastHeight) const;
+    virtual bool WantsKeyboard() const { return false; } // as soon as it opens
+    // From the filter of a live control's events: takes the keys that the dialog itself answers.
+    bool TakeDialogKey(QEvent* event);
+
     void ApplyLayout();              // after whatever changes the content's height
     void LoadKeys(int current = -1); // see LoadMenuBar
     int CurrentFactor() const { return m_factor; }

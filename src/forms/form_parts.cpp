@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QPainter>
 #include <QPalette>
+#include <QPlainTextEdit>
 #include <QTextLayout>
 #include <QWidget>
 #include <algorithm>
@@ -114,4 +115,11 @@ Qt::InputMethodHints TextInputHints()
     if (mode % 2 == 0)
         hints |= Qt::ImhNoAutoUppercase;
     return hints;
+}
+
+QString EditedPlainText(const QPlainTextEdit& edit, const QString& original)
+{
+    QString text = edit.document()->toRawText(); // the other one turns hard blanks into plain ones
+    const QString end = original.contains(QStringLiteral("\r\n")) ? QStringLiteral("\r\n") : QStringLiteral("\n");
+    return text.replace(QChar(QChar::ParagraphSeparator), end);
 }

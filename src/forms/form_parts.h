@@ -10,6 +10,7 @@
 #include <initializer_list>
 
 class QPainter;
+class QPlainTextEdit;
 class QWidget;
 
 constexpr COLORREF kFormInk = Rgb(0x2B, 0x3E, 0x55);
@@ -36,3 +37,5 @@ QFont LogicalFont(QFont font, int k);
 void LightenControl(QWidget& control);
 // What an on-screen keyboard is told by the setting of text input.
 Qt::InputMethodHints TextInputHints();
+// What a multi-line edit holds, exactly: hard blanks too, and line ends as `original` had them.
+QString EditedPlainText(const QPlainTextEdit& edit, const QString& original);

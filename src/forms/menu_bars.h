@@ -7,6 +7,8 @@ enum MenuBarId : int {
     kMenuBarNone = 0,
     kMenuBarDetails = 130, // "Edit", "Close"
     kMenuBarForm = 159, // "Done", "Cancel"
+    kMenuBarCategories = 167, // "Done", "Options"
+    kMenuBarMyText = 253,     // "Select", "Menu"
     kMenuBarYesNo = 50001,
     kMenuBarOk = 50002,
     kMenuBarCancel = 50003,

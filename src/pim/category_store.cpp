@@ -105,6 +105,34 @@ const CCategory* CCategoryStore::Add(const QString& name, qint32 id)
     return m_categories.insert(at, std::move(category))->get();
 }
 
+void CCategoryStore::SetColor(qint32 id, COLORREF color)
+{
+    if (const auto category = m_byId.find(id); category != m_byId.end())
+        category->second->Color = color;
+}
+
+void CCategoryStore::SetImageName(qint32 id, const QString& reference)
+{
+    if (const auto category = m_byId.find(id); category != m_byId.end())
+        category->second->ImageName = reference;
+}
+
+void CCategoryStore::SaveColorsAndImages(CSettings& settings) const
+{
+    auto looks = settings.m_categories;
+    for (const auto& category : m_categories) {
+        const CCategorySettings look{category->ImageName, category->Color};
+        if (look == CCategorySettings())
+            looks.erase(category->Name);
+        else
+            looks[category->Name] = look;
+    }
+    if (looks == settings.m_categories)
+        return;
+    settings.m_categories = std::move(looks);
+    settings.Save();
+}
+
 QString CCategoryStore::GetNamesText(const CCategorySet& set) const
 {
     QString text;

@@ -22,6 +22,8 @@ struct CCategory {
     QString ImageName;
 };
 
+class CSettings;
+
 class CCategoryStore : public ICategoryNames
 {
 public:
@@ -34,6 +36,10 @@ public:
     const CCategory* GetAt(int index) const;        // in name order; null past the end
     const CCategory* AddLocal(const QString& name); // one of that name that is there already wins
     const CCategory* Add(const QString& name, qint32 id);
+    // The look of a category; in memory alone until it is saved. A number that none has is ignored.
+    void SetColor(qint32 id, COLORREF color);
+    void SetImageName(qint32 id, const QString& reference);
+    void SaveColorsAndImages(CSettings& settings) const; // into its map, and that to its file
     void BeginPass(); // what was read ahead may be old: look anew
     void ReadItemCategories(CCategorizedRecord& item);
     QString GetNamesText(const CCategorySet& set) const;    // joined by ", "

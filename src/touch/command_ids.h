@@ -35,6 +35,12 @@ enum CommandId : int {
     CmdSaveForm = 40065, // as CmdDone
     CmdDone = 40077,     // of a dialog
     CmdShowWeekly = 40089,
+    CmdCategoriesCancel = 40094, // in the menu of categories, with the next ones
+    CmdSetIcon = 40095,
+    CmdRemoveIcon = 40096,
+    CmdAddCategory = 40097,
+    CmdSetColor = 40098,
+    CmdRemoveColor = 40099,
     CmdNewTask = 40101,
     CmdToggleTask = 40103,
     CmdManageFilters = 40145,
