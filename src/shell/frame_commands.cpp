@@ -29,7 +29,8 @@ int ViewNeededBy(int command)
 {
     if (command == CmdSearchStart || command == CmdSearchOptions || command == CmdSearchClear)
         return kViewSearch;
-    const bool ofTasks = command == CmdTasksSort2Menu || command == CmdTasksSort3Menu ||
+    const bool ofTasks = command == CmdTasksShowMenu || command == CmdTasksSort1Menu ||
+                         command == CmdTasksSort2Menu || command == CmdTasksSort3Menu ||
                          (command >= CmdSort1First && command <= CmdSort3Descending) ||
                          (command >= CmdItemsToViewFirst && command <= CmdItemsToViewLast);
     return ofTasks ? kViewTasks : ShownBy(command);
@@ -60,6 +61,8 @@ CMainFrame::Handler CMainFrame::FindHandler(int command)
         {CmdSearchStart, &CMainFrame::CmdTellSearchView},
         {CmdToggleKeyboard, &CMainFrame::CmdToggleInputPanel},
         {CmdRebuildSoftKeys, &CMainFrame::CmdRebuildKeys},
+        {CmdTasksShowMenu, &CMainFrame::CmdTellTasksView},
+        {CmdTasksSort1Menu, &CMainFrame::CmdTellTasksView},
         {CmdTasksSort2Menu, &CMainFrame::CmdTellTasksView},
         {CmdTasksSort3Menu, &CMainFrame::CmdTellTasksView},
         {CmdFilterMenu, &CMainFrame::CmdOpenFilterMenu},

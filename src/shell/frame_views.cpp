@@ -15,6 +15,7 @@
 #include "views/list_view.h"
 #include "views/monthly_view.h"
 #include "views/search_view.h"
+#include "views/tasks_view.h"
 #include "views/weekly_view.h"
 
 namespace
@@ -32,6 +33,7 @@ constexpr struct {
     {kViewList, MakeView<CListView>},
     {kViewWeekly, MakeView<CWeeklyView>},
     {kViewMonthly, MakeView<CMonthlyView>},
+    {kViewTasks, MakeView<CTasksView>},
     {kViewSearch, MakeView<CSearchView>},
 };
 

@@ -42,6 +42,14 @@ void CSoftKeyBar::AddButton(int command, int imageId, bool flag, const QString& 
     m_keys.push_back({command, imageId, flag, text});
 }
 
+void CSoftKeyBar::SetImage(int command, int imageId)
+{
+    for (CSoftKey& key : m_keys) {
+        if (key.Command == command)
+            key.ImageId = imageId;
+    }
+}
+
 void CSoftKeyBar::Clear()
 {
     m_keys.clear();

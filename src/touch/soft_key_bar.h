@@ -27,6 +27,7 @@ public:
     static QRect KeyRect(const QRect& bar, int index, int count); // pure
 
     void AddButton(int command, int imageId, bool flag = false, const QString& text = QString());
+    void SetImage(int command, int imageId); // of the buttons with that command
     void Clear(); // drops the cached background too
 
     // Fills the whole of `bar`, cached background first.

@@ -152,7 +152,7 @@ int CItemRowList::Render(QPainter& dc, int scroll, int width, int height)
 // Paints or, without a painter, measures.
 int CItemRowList::PaintItem(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected)
 {
-    if (!row.m_item)
+    if (!row.m_item || (m_ownRows && m_ownRows->PaintsItemRows()))
         return m_ownRows ? m_ownRows->PaintOwnRow(dc, row, rect, selected) : 0;
     switch (row.m_identity.Kind) {
     case kKindAppointment:

@@ -21,11 +21,12 @@ struct CItemRowListLook {
     int TopMargin = 0, BottomMargin = 0; // pixels above the first and below the last row
 };
 
-// Who paints the rows that are none of an item's; without a painter it measures.
+// Who paints the rows that are none of an item's, or all of them; without a painter it measures.
 class IOwnRowPainter
 {
 public:
     virtual ~IOwnRowPainter() = default;
+    virtual bool PaintsItemRows() const { return false; } // true: the items' rows, too
     virtual int PaintOwnRow(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected) = 0;
 };
 

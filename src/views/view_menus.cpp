@@ -47,6 +47,8 @@ constexpr MenuRow kViewMenu[] = {
     {StrBeam, CmdBeam, PictureBeam, kAnyItem},
 };
 
+constexpr std::span<const MenuRow> kTasksMenu = std::span(kViewMenu).subspan(1); // no appointments
+
 unsigned SelectionOf(const CPimItem* item)
 {
     if (!item)
@@ -69,6 +71,15 @@ void AddRows(const IViewHost& host, CTouchMenu& menu, std::span<const MenuRow> r
     for (const MenuRow& row : rows) {
         if ((row.ShownFor & shownFor) && host.Offers(row.Command))
             menu.AddRow(row.Text, row.Command, row.Image);
+    }
+}
+
+// All but what stands under "More".
+void AddActions(const IViewHost& host, QMenu& menu, std::span<const MenuRow> rows, unsigned shownFor)
+{
+    for (const MenuRow& row : rows) {
+        if ((row.ShownFor & shownFor) && !IsUnderMore(row.Command) && host.Offers(row.Command))
+            menu.addAction(GetString(row.Text))->setData(row.Command);
     }
 }
 } // namespace
@@ -96,19 +107,34 @@ void AddNewItemRows(const IViewHost& host, CTouchMenu& menu)
     AddRows(host, menu, kViewMenu, kAlways);
 }
 
+void AddTasksMenuRows(const IViewHost& host, CTouchMenu& menu, const CPimItem* selected)
+{
+    AddRows(host, menu, kTasksMenu, kAlways | SelectionOf(selected));
+}
+
+void AddTasksMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected)
+{
+    AddActions(host, menu, kTasksMenu, kAlways | SelectionOf(selected));
+}
+
+void AddNewTaskRow(const IViewHost& host, CTouchMenu& menu)
+{
+    AddRows(host, menu, kTasksMenu, kAlways);
+}
+
 void AddViewMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected)
 {
-    const unsigned shownFor = kAlways | SelectionOf(selected);
-    for (const MenuRow& row : kViewMenu) {
-        if ((row.ShownFor & shownFor) && !IsUnderMore(row.Command) && host.Offers(row.Command))
-            menu.addAction(GetString(row.Text))->setData(row.Command);
-    }
-    QMenu* const more = menu.addMenu(GetString(StrMore));
+    AddActions(host, menu, kViewMenu, kAlways | SelectionOf(selected));
+    AddMoreRows(host, *menu.addMenu(GetString(StrMore)), selected);
+}
+
+void AddMoreRows(const IViewHost& host, QMenu& more, const CPimItem* selected)
+{
     for (const MenuRow& row : kViewMenu) {
         if (!IsUnderMore(row.Command) || !host.Offers(row.Command))
             continue;
-        QAction* action = more->addAction(GetString(row.Text));
+        QAction* action = more.addAction(GetString(row.Text));
         action->setData(row.Command);
-        action->setEnabled(row.ShownFor & shownFor);
+        action->setEnabled(row.ShownFor & (kAlways | SelectionOf(selected)));
     }
 }
