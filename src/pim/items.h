@@ -76,6 +76,12 @@ public:
     int LayoutTop = 0, LayoutBottom = 0;
 };
 
+// A birthday or anniversary: its item identifier is the contact's.
+inline bool IsSpecialEvent(const CPimRecord& item)
+{
+    return item.GetKind() == kKindBirthday || item.GetKind() == kKindAnniversary;
+}
+
 class CAppointment : public CPimItem
 {
 public:

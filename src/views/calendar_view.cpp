@@ -1,5 +1,7 @@
 #include "views/calendar_view.h"
+#include "desktop/shell_actions.h"
 #include "drawing/screen_metrics.h"
+#include "forms/number_list_dialog.h"
 #include "pim/pim_store.h"
 #include "settings/settings.h"
 #include "settings/title_formats.h"
@@ -120,8 +122,13 @@ void CCalendarView::RunMenu(CTouchMenu& menu)
 
 void CCalendarView::OnCommandOpenItem()
 {
-    if (const auto* item = dynamic_cast<const CPimItem*>(GetSelectedItem()))
-        ShowItemDetails(*item, this);
+    const auto* item = dynamic_cast<const CPimItem*>(GetSelectedItem());
+    if (!item)
+        return;
+    if (!IsSpecialEvent(*item))
+        return ShowItemDetails(*item, this);
+    if (const QString number = ChooseNumber(this, item->ItemId); !number.isEmpty())
+        MakeCall(number); // to the person whose day it is
 }
 
 void CCalendarView::SetTitle(const QString& title)

@@ -280,6 +280,8 @@ void CListView::RunItemMenu()
     FollowSelection(); // what is new goes to the row's day
     if (!m_selected)
         return;
+    if (m_selected->m_item && IsSpecialEvent(*m_selected->m_item))
+        return OnCommandOpenItem();
     if (m_selected->m_item)
         return CItemRowView::RunItemMenu();
     CTouchMenu menu(GetCursorDateText());

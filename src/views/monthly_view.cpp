@@ -305,6 +305,8 @@ void CMonthlyView::OnContextMenu(QPoint at)
 void CMonthlyView::OpenMenu()
 {
     m_stroke.End();
+    if (m_selected && IsSpecialEvent(*m_selected->m_item))
+        return OnCommandOpenItem();
     CTouchMenu menu(m_selected ? m_selected->m_item->Subject : GetCursorDateText());
     if (m_selected)
         AddItemMenuRows(m_host, menu, *m_selected->m_item);
