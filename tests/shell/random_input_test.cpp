@@ -1,12 +1,20 @@
-// A hand that does anything, on a calendar that another program changes meanwhile. The same seed does
-// the same again. TESSERA_RANDOM_STEPS and TESSERA_RANDOM_SEED make it longer or other.
+// A hand that does anything, on a calendar that another program changes meanwhile, while the clock goes
+// on and the window moves between screens. The same seed does the same again. TESSERA_RANDOM_STEPS and
+// TESSERA_RANDOM_SEED make it longer or other; TESSERA_RANDOM_SECONDS bounds it by time instead.
+#include <malloc.h>
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
 #include <QWheelEvent>
+#include <array>
 #include <random>
 #include <set>
 
+#include "desktop/shell_actions.h"
 #include "forms/form_dialog.h"
 #include "shell_fixture.h"
 #include "touch/numbered_timers.h"
@@ -17,9 +25,16 @@
 namespace
 {
 constexpr QSize kSizes[] = {{240, 320}, {320, 240}, {480, 640}, {160, 120}, {720, 400}};
-constexpr int kKeys[] = {Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up,  Qt::Key_Down, Qt::Key_Return,
-                         Qt::Key_Escape, Qt::Key_PageDown, Qt::Key_F1,  Qt::Key_F2,   Qt::Key_1,
-                         Qt::Key_4,      Qt::Key_6,        Qt::Key_2,   Qt::Key_5,    Qt::Key_9};
+constexpr int kDensities[] = {96, 192, 288};
+constexpr size_t kGrowth = 4 << 20; // bytes between the run's second and last third
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kMeasures = false; // its own allocator tells nothing, but finds leaks
+#else
+constexpr bool kMeasures = true;
+#endif
+constexpr int kKeys[] = {Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up, Qt::Key_Down, Qt::Key_Return,
+                         Qt::Key_Escape, Qt::Key_PageDown, Qt::Key_F1, Qt::Key_F2,   Qt::Key_1,
+                         Qt::Key_4,      Qt::Key_6,        Qt::Key_2,  Qt::Key_5,    Qt::Key_9};
 
 class RandomInput : public ShellFixture
 {
@@ -34,6 +49,10 @@ protected:
 
     QWidget& Target()
     {
+        if (QWidget* popup = QApplication::activePopupWidget())
+            return *popup;
+        if (QWidget* modal = QApplication::activeModalWidget()) // the desktop's own, to choose a file
+            return *modal;
         if (CTouchMenu* menu = CTouchMenu::Current())
             return *menu;
         if (CFormDialog* dialog = CFormDialog::Current())
@@ -62,8 +81,7 @@ protected:
             at += QPoint(Below(2 * way) - way, Below(way) - way / 2);
             Mouse(Target(), QEvent::MouseMove, at);
         }
-        if (CCalendarView* view = m_frame->CurrentView())
-            view->DateOverlay().Timers().Fire(kTimerOverlay);
+        FireTimers();
         Mouse(Target(), QEvent::MouseButtonRelease, at);
     }
     void Key()
@@ -71,7 +89,8 @@ protected:
         const int key = kKeys[Below(int(std::size(kKeys)))];
         for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
             QWidget& top = Target();
-            QWidget* const target = &top == m_frame.get() && m_frame->CurrentView() ? m_frame->CurrentView() : &top;
+            QWidget* const target =
+                &top == m_frame.get() && m_frame->CurrentView() ? m_frame->CurrentView() : &top;
             QKeyEvent event(type, key, Qt::NoModifier);
             QCoreApplication::sendEvent(target, &event);
         }
@@ -84,24 +103,116 @@ protected:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(target, &event);
     }
+    void FireTimers()
+    {
+        CCalendarView* const view = m_frame->CurrentView();
+        if (!view)
+            return;
+        view->DateOverlay().Timers().Fire(kTimerOverlay);
+        view->Transition().Timers().Fire(kTimerTransition);
+    }
+    void RightClick()
+    {
+        QWidget& top = Target();
+        const QPoint at = Anywhere(top);
+        QWidget* const child = top.childAt(at);
+        QWidget& target = child ? *child : top;
+        QContextMenuEvent event(QContextMenuEvent::Mouse, target.mapFrom(&top, at), top.mapToGlobal(at));
+        QCoreApplication::sendEvent(&target, &event);
+    }
+    void Bring()
+    {
+        const int day = kToday + Below(40) - 20;
+        if (Below(3) == 0) {
+            const auto task = m_app->CreateTask();
+            task->put_Subject("Brought to be done");
+            task->put_DueDate(day);
+            ASSERT_TRUE(task->Save());
+            m_tasks.push_back(task->get_Oid());
+        } else {
+            m_brought.push_back(Add("Brought by another program", day, Below(23)));
+        }
+    }
+    // What is brought is taken away again, so that the calendar does not grow.
     void Change()
     {
-        Add("Brought by another program", kToday + Below(40) - 20, Below(23));
+        const int what = Below(4);
+        std::unique_ptr<IAppointment> item;
+        std::unique_ptr<ITask> task;
+        if (what == 0 && m_tasks.size() > 10) {
+            if (m_app->GetTaskFromOid(TakeOut(m_tasks), task)) {
+                EXPECT_TRUE(task->Delete());
+            }
+        } else if (what < 3 && m_brought.size() > 30) {
+            if (m_app->GetAppointmentFromOid(TakeOut(m_brought), item)) {
+                EXPECT_TRUE(item->Delete());
+            }
+        } else if (what == 3 && !m_brought.empty()) {
+            if (m_app->GetAppointmentFromOid(m_brought[size_t(Below(int(m_brought.size())))], item)) {
+                item->put_Start(kToday + Below(40) - 20 + Below(48) / 48.0);
+                EXPECT_TRUE(item->Save());
+            }
+        } else {
+            Bring();
+        }
         m_frame->OnDatabaseChange(PimStore().DrainNotices());
+    }
+    quint32 TakeOut(std::vector<quint32>& from)
+    {
+        const auto at = from.begin() + Below(int(from.size()));
+        const quint32 id = *at;
+        from.erase(at);
+        return id;
+    }
+    void TurnClock()
+    {
+        SetTime(2026, 3, 1 + Below(28), Below(24));
+        m_frame->OnClockNotice(1 + Below(3));
+    }
+    void ChangeWindow()
+    {
+        if (Below(3) == 0)
+            ForceDensity(kDensities[Below(int(std::size(kDensities)))]);
+        QSize size;
+        do
+            size = kSizes[Below(int(std::size(kSizes)))];
+        while (size == m_frame->size());
+        m_frame->resize(size);
+    }
+    void ChangeSettings()
+    {
+        g_Settings.General.SlidingScreens = Below(2);
+        g_Settings.General.TouchNavAnimation = Below(2);
+        g_Settings.General.TouchNavInvert = Below(2);
+    }
+    // Whatever the frame has, also what no key or menu of this hand happens to reach.
+    void ShowSomeView()
+    {
+        const int kind = Below(kViewSearch + 1);
+        if (CMainFrame::HasView(kind) && &Target() == m_frame.get())
+            m_frame->ShowView(kind, -1);
     }
     void Step()
     {
-        const int what = Below(100);
-        if (what < 35)
+        const int what = Below(1000);
+        if (what < 350)
             Stroke(0);
-        else if (what < 60)
+        else if (what < 580)
             Stroke(120);
-        else if (what < 85)
+        else if (what < 820)
             Key();
-        else if (what < 93)
+        else if (what < 890)
             Wheel();
-        else if (what < 95)
-            m_frame->resize(kSizes[Below(int(std::size(kSizes)))]);
+        else if (what < 910)
+            RightClick();
+        else if (what < 930)
+            ChangeWindow();
+        else if (what < 940)
+            TurnClock();
+        else if (what < 945)
+            ChangeSettings();
+        else if (what < 955)
+            ShowSomeView();
         else
             Change();
         m_frame->Timers().Kill(kTimerExit);
@@ -115,7 +226,10 @@ protected:
         ASSERT_NE(view, nullptr);
         EXPECT_TRUE(m_frame->rect().contains(view->geometry())) << "seed " << m_seed;
         m_views.insert(view->GetViewKind());
-        m_days.insert(DayNumber(PimStore().CursorDate()));
+        const DATE cursor = PimStore().CursorDate();
+        EXPECT_TRUE(cursor == NO_DATE || SystemTimeOf(DayNumber(cursor)).wYear != 0) << "seed " << m_seed;
+        m_days.insert(DayNumber(cursor));
+        Measure();
         m_pages += CTouchMenu::Current() || CFormDialog::Current();
         const auto* rows = dynamic_cast<const CItemRowView*>(view);
         if (!rows || !rows->SelectedRow())
@@ -130,19 +244,34 @@ protected:
         }
         EXPECT_TRUE(found) << "the selection is no row; seed " << m_seed;
     }
+    // The least that a third of the run held: what views and pictures hold comes and goes.
+    void Measure()
+    {
+        const struct mallinfo2 now = mallinfo2();
+        const size_t third = size_t(std::min(3 * m_done / std::max(m_limit, 1), 2));
+        m_least[third] = std::min(m_least[third], now.uordblks + now.hblkhd);
+    }
+    bool IsOver() const { return m_seconds > 0 ? m_time.elapsed() > m_seconds * 1000LL : m_done >= m_limit; }
     // The next step is due before this one: it may run a dialog, which the next one then meets.
     void Next()
     {
-        if (m_steps-- <= 0 || HasFailure()) {
+        if (IsOver() || HasFailure()) {
             Leave();
             return;
         }
         QTimer::singleShot(0, m_frame.get(), [this] { Next(); });
+        ++m_done;
+        if (m_seconds > 0)
+            m_limit = int(double(m_done) * m_seconds * 1000 / double(std::max<qint64>(m_time.elapsed(), 1)));
         Step();
     }
     void Leave()
     {
-        if (CTouchMenu* menu = CTouchMenu::Current())
+        if (QWidget* popup = QApplication::activePopupWidget())
+            popup->close();
+        else if (QWidget* modal = QApplication::activeModalWidget())
+            modal->close();
+        else if (CTouchMenu* menu = CTouchMenu::Current())
             menu->Choose(CmdNone);
         else if (CFormDialog* dialog = CFormDialog::Current())
             dialog->End(CFormDialog::kCancelled);
@@ -153,7 +282,12 @@ protected:
     }
 
     int m_seed = FromEnvironment("TESSERA_RANDOM_SEED", 1);
-    int m_steps = FromEnvironment("TESSERA_RANDOM_STEPS", 1500);
+    int m_limit = FromEnvironment("TESSERA_RANDOM_STEPS", 1500); // of steps
+    int m_seconds = FromEnvironment("TESSERA_RANDOM_SECONDS", 0);
+    int m_done = 0;
+    QElapsedTimer m_time;
+    std::vector<quint32> m_brought, m_tasks;
+    std::array<size_t, 3> m_least{SIZE_MAX, SIZE_MAX, SIZE_MAX};
     bool m_over = false;
     std::set<int> m_views, m_days; // that it came to
     int m_pages = 0;               // steps within menus and dialogs
@@ -166,6 +300,8 @@ TEST_F(RandomInput, TheFrameStaysSane)
     for (int n = 0; n < 120; ++n)
         Add("Long meeting about the next quarter", kToday + n % 40 - 20, 7 + n % 12);
     SetPause([](int) {});
+    SetProgramStarter([](const QString&, const QStringList&) { return true; });
+    m_time.start();
     Start();
     ASSERT_TRUE(m_created);
     m_frame->show();
@@ -174,8 +310,13 @@ TEST_F(RandomInput, TheFrameStaysSane)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_TRUE(m_frame->IsUp());
     EXPECT_EQ(CFormDialog::Current(), nullptr);
-    EXPECT_GE(m_views.size(), 3U);
+    for (int kind = kViewDaily; kind <= kViewSearch; ++kind)
+        EXPECT_EQ(m_views.count(kind) != 0, CMainFrame::HasView(kind)) << kind;
     EXPECT_GE(m_days.size(), 10U);
     EXPECT_GE(m_pages, 20);
+    if (kMeasures && m_least[1] != SIZE_MAX && m_least[2] != SIZE_MAX) {
+        EXPECT_LT(m_least[2], m_least[1] + kGrowth) << m_done << " steps, seed " << m_seed;
+    }
+    SetProgramStarter({});
     SetPause({});
 }
