@@ -9,8 +9,7 @@ constexpr int kPaneHeight = 60; // design pixels, as the next ones
 constexpr int kBesideCheckBox = 2;
 constexpr int kLeftMargin = 2;
 constexpr int kTitleLeft = 15, kBoxLeft = 2, kCountRight = 4, kPictureGap = 2;
-constexpr int kCheckBoxRight = 4; // plain pixels, as the next ones
-constexpr int kIconGap = 2, kDateGap = 2, kNoDateGap = 1, kPriorityGap = 2;
+constexpr int kCheckBoxRight = 4, kIconGap = 2, kDateGap = 2, kNoDateGap = 1, kPriorityGap = 2;
 
 QRect InMiddle(int x, QSize size, int rowHeight)
 {
@@ -22,7 +21,7 @@ CTaskRowLayout CTaskRowLayout::Of(const CTaskRowSizes& sizes)
 {
     CTaskRowLayout layout;
     const int height = sizes.Row.height();
-    int right = sizes.Row.width() - kCheckBoxRight - sizes.CheckBox.width();
+    int right = sizes.Row.width() - D(kCheckBoxRight) - sizes.CheckBox.width();
     layout.CheckBox = InMiddle(right, sizes.CheckBox, height);
     right -= D(kBesideCheckBox);
     for (const QSize& icon : sizes.Icons) {
@@ -30,20 +29,20 @@ CTaskRowLayout CTaskRowLayout::Of(const CTaskRowSizes& sizes)
             break;
         right -= icon.width();
         layout.Icons.push_back(InMiddle(right, icon, height));
-        right -= kIconGap;
+        right -= D(kIconGap);
     }
     int left = D(kLeftMargin);
     if (sizes.DateColumn > 0) {
         layout.Date = {left, 0, sizes.DateColumn, height};
-        left += sizes.DateColumn + kDateGap;
+        left += sizes.DateColumn + D(kDateGap);
     } else {
-        left += kNoDateGap;
+        left += D(kNoDateGap);
     }
     if (!sizes.Priority.isEmpty()) {
         layout.Priority = InMiddle(left, sizes.Priority, height);
         left += sizes.Priority.width();
     }
-    left += kPriorityGap;
+    left += D(kPriorityGap);
     layout.Subject = {left, 0, std::max(right - left, 0), height};
     return layout;
 }

@@ -82,7 +82,6 @@ private:
     int ToggleImage() const; // of the third soft key
     QRect PaneArea() const;
 
-    int TaskRowHeight() const;
     int PaintGroupTitle(QPainter* dc, const CTaskGroup& group, const QRect& rect, bool selected) const;
     int PaintTask(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected) const;
     void PaintTaskTexts(QPainter& dc, const CTask& task, const CTaskRowLayout& layout, bool selected) const;
@@ -95,7 +94,7 @@ private:
     int m_matchDay = 0;            // for which the store's matches were made
     int m_keyImage = 0;
     std::unique_ptr<CTaskPreviewPane> m_pane;
-    int m_taskRowHeight = 0, m_titleRowHeight = 0;
+    int m_taskRowHeight = 0, m_titleRowHeight = 0; // without the line between rows
     int m_dateColumnWidth = 0, m_countWidth = -1;
     struct {
         COLORREF Back = 0, TitleBack = 0, TitleText = 0, TaskBack = 0, Highlight = 0;

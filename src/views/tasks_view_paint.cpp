@@ -51,7 +51,7 @@ void CTasksView::PrepareLook()
                 color(2001), color(2002), color(2003), color(503)};
     const QFont& task = g_ImageStore.Font(kFontTask);
     const QFont& title = g_ImageStore.Font(kFontTitle);
-    m_taskRowHeight = std::max(LineHeight(task), g_ImageStore.Image(PictureTaskCompleted).Height());
+    m_taskRowHeight = std::max(LineHeight(task), g_ImageStore.Image(PictureTaskCompleted).Height()) + D(2);
     m_titleRowHeight = std::max(LineHeight(title), g_ImageStore.Image(PictureTaskCount).Height()) + D(2);
     m_countWidth = TextWidth(title, QStringLiteral("999"));
     // All digits are as wide in most faces, not in all.
@@ -77,12 +77,6 @@ QRect CTasksView::ListArea() const
 QRect CTasksView::PaneArea() const
 {
     return CTasksLayout::Of(SurfaceSize(), m_pane != nullptr).Pane;
-}
-
-// The list parts its rows by a scaled line, while a task's row ends with a plain pixel.
-int CTasksView::TaskRowHeight() const
-{
-    return m_taskRowHeight + D(2) + 1 - D(1);
 }
 
 void CTasksView::PaintView(QPainter& dc, QSize size)
@@ -157,7 +151,7 @@ int CTasksView::PaintTask(QPainter* dc, CPaintingOrderItem& row, const QRect& re
     const auto& task = static_cast<const CTask&>(*row.m_item);
     const int box = task.Complete ? PictureTaskCompleted : PictureTaskActive;
     CTaskRowSizes sizes;
-    sizes.Row = {rect.width(), TaskRowHeight()};
+    sizes.Row = {rect.width(), m_taskRowHeight};
     sizes.CheckBox = SizeOf(g_ImageStore.Image(box));
     if (!dc) {
         row.m_checkBox = CTaskRowLayout::Of(sizes).CheckBox;

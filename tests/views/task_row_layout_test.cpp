@@ -30,7 +30,7 @@ TEST(TaskRowLayout, PartsStandWhereTheTableSays)
          {34, 2, 9, 13}, {45, 0, 159, 18}},
         {96, {240, 18}, {15, 15}, 30, {}, 4, {221, 1, 15, 15}, {161, 2, 13, 13}, {2, 0, 30, 18}, {},
          {36, 0, 123, 18}},
-        {192, {480, 36}, {30, 30}, 60, {}, 0, {446, 3, 30, 30}, {}, {4, 0, 60, 36}, {}, {68, 0, 374, 36}},
+        {192, {480, 36}, {30, 30}, 60, {}, 0, {442, 3, 30, 30}, {}, {4, 0, 60, 36}, {}, {72, 0, 366, 36}},
     };
     for (const auto& c : cases) {
         SetDensity(c.Density);
@@ -41,8 +41,9 @@ TEST(TaskRowLayout, PartsStandWhereTheTableSays)
         EXPECT_EQ(layout.Priority, c.Prio);
         EXPECT_EQ(layout.Subject, c.Subject);
         ASSERT_EQ(int(layout.Icons.size()), c.Icons);
-        if (c.Icons)
+        if (c.Icons) {
             EXPECT_EQ(layout.Icons.back(), c.LastIcon);
+        }
     }
     ForceDensity(-1);
 }
