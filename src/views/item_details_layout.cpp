@@ -3,6 +3,7 @@
 #include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
 #include "drawing/text.h"
+#include "pim/item_cache.h"
 #include "pim/pim_store.h"
 #include "platform/locale.h"
 #include "util/string_ids.h"
@@ -118,7 +119,7 @@ void CItemDetailsForm::AddAppointment(const CAppointment& item)
     const QString first = item.AllDay ? GetString(StrDetailsAllDay)
                                       : Filled(StrDetailsRange, TimeOf(item.Start), TimeOf(item.End));
     m_y += AddText(first, kFontText, kColorText, Left(), right, kFieldPlain).Rect.height();
-    const int lastDay = DayNumber(item.End) - (item.EndsPreviousDay ? 1 : 0);
+    const int lastDay = SpreadSpan(item, 0).Last - (item.EndsPreviousDay ? 1 : 0);
     const QString second = lastDay > DayNumber(item.Start)
                                ? Filled(StrDetailsRange, ShortDate(item.Start), ShortDate(lastDay))
                                : Filled(StrDetailsDate, DayNameOf(item.Start), ShortDate(item.Start));

@@ -189,6 +189,21 @@ TEST_F(ItemDetails, StandsWithoutItsItemAtAnySize)
     });
 }
 
+// Its end is the midnight after that.
+TEST_F(ItemDetails, AnAllDayEventEndsOnItsLastDay)
+{
+    const auto picture = [this](DATE end) {
+        CAppointment item = *Appointment(1, "Fair", kToday, end);
+        item.AllDay = true;
+        QImage shown;
+        CItemDetailsForm form(item, {});
+        Run(form, [&] { shown = form.Snapshot(); });
+        return shown;
+    };
+    EXPECT_EQ(picture(kToday + 1), picture(kToday + 0.75));
+    EXPECT_NE(picture(kToday + 2), picture(kToday + 1));
+}
+
 TEST_F(ItemDetails, TasksOfAllDates)
 {
     const struct {
