@@ -145,9 +145,12 @@ void CSearchView::ShowRows(const CAnchor& anchor)
 void CSearchView::StartSearch()
 {
     EndSearch();
-    ClearResults();
     const QString text = m_edit->text();
-    if (text.size() < kLeastText) {
+    const bool tooShort = text.size() < kLeastText;
+    SetStatus(tooShort ? StrSearchPrompt : StrSearching);
+    ForgetResults();
+    m_edit->setFocus();
+    if (tooShort) {
         const QPointer<QWidget> alive(this);
         CMessageDialog(GetString(StrSearchTooShort), GetString(StrCalendarSearch),
                        CMessageDialog::Kind::Information)
@@ -162,8 +165,6 @@ void CSearchView::StartSearch()
     m_searchedIn = PimStore().Volume();
     m_search = std::make_unique<CItemSearch>(PimStore().Volume(), PimStore().Categories(), m_request);
     m_wait = std::make_unique<CWaitCursor>();
-    SetStatus(StrSearching);
-    m_touch.Redraw(true);
     m_timers.Set(kTimerSearch, 0);
     ShowOnScreenKeyboard(false); // the results need its room
 }
