@@ -26,7 +26,7 @@ namespace
 {
 constexpr QSize kSizes[] = {{240, 320}, {320, 240}, {480, 640}, {160, 120}, {720, 400}};
 constexpr int kDensities[] = {96, 192, 288};
-constexpr size_t kGrowth = 4 << 20; // bytes between the run's second and last third
+constexpr size_t kGrowth = 16 << 20; // bytes between the run's second and last third
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool kMeasures = false; // its own allocator tells nothing, but finds leaks
 #else
