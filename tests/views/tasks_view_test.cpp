@@ -76,7 +76,7 @@ protected:
                     names += QStringLiteral(", ") + CategoryName((n + 7) % kCategories);
                 Save(QStringLiteral("Task %1").arg(mixed % 977, 3, 10, QLatin1Char('0')),
                      n % 7 ? kToday - 30 + mixed % 90 : 0, mixed % 3, n % 4 == 0,
-                     n % 50 == 3 ? QString() : names);
+                     n % 53 == 3 ? QString() : names);
             }
             ASSERT_TRUE(Model->CommitBatch().IsOk());
             Model.reset();
