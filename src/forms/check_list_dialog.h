@@ -1,12 +1,10 @@
 // A list of texts with a check box each, under soft keys "Done" and "Cancel".
 #pragma once
-#include "forms/form_dialog.h"
-#include "touch/i_touch_client.h"
-#include "touch/touch_navigator.h"
+#include "forms/row_list_dialog.h"
 
 #include <vector>
 
-class CCheckListDialog : public CFormDialog, private ITouchClient
+class CCheckListDialog : public CRowListDialog
 {
 public:
     struct CRow {
@@ -17,28 +15,17 @@ public:
     const std::vector<CRow>& Rows() const { return m_rows; }
     bool IsChecked(int index) const { return m_rows[size_t(index)].Checked; }
     int CountChecked() const;
-    QRect RowRect(int index) const; // in the dialog's surface, scrolled
 
 protected:
-    int ContentHeight(int width) override;
-    void OnLayout(const QRect& client) override;
-    void PaintContent(QPainter& dc, const QRect& client) override;
+    int RowCount() const override { return int(m_rows.size()); }
+    void PaintRow(QPainter& dc, int index, const QRect& rect, bool selected) override;
+    void OnRowTapped(int index, int x, bool wasSelected) override;
     void OnKey(int key) override;
-    void OnLButtonDown(QPoint at) override;
-    void OnMouseMove(QPoint at) override;
-    void OnLButtonUp(QPoint at) override;
-    void OnWheel(int angle) override;
+    CPaintedPart RowPart(int index) const override;
 
 private:
-    int RenderContent(quint32 value, QPainter& dc, quint32 paintArgument, int scroll, int width,
-                      int height) override;
-    bool OnPress(quint32 value, int x, int y) override;
-    void OnDragStart(quint32) override {}
-    void OnTap(quint32 value, int x, int y) override;
-    void Toggle(int index);
-    void Select(int index);
-
     std::vector<CRow> m_rows;
-    int m_selected = 0;
-    CTouchNavigator m_touch;
 };
+
+// The paint of such a row: the box, and the text right of it.
+void PaintCheckedText(QPainter& dc, const QString& text, bool checked, const QRect& rect, bool selected);

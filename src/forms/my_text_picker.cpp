@@ -19,7 +19,7 @@ namespace
 constexpr int kMargin = 10, kNumberWidth = 16; // design pixels
 constexpr int kLastNumber = 9;
 
-enum MenuEntry { kMoveUp = 1, kMoveDown, kAddNew, kBefore, kAfter, kAtEnd, kEdit, kRemove };
+enum MenuEntry { kMoveUp = 101, kMoveDown, kAddNew, kBefore, kAfter, kAtEnd, kEdit, kRemove };
 
 QStringList& PhrasesOf(CExtendedTextEntryDialog::Mode mode)
 {
@@ -119,7 +119,6 @@ void CMyTextPicker::RunMenu()
         menu.AddRow(StrRemoveItem, kRemove, PictureDelete);
     }
     menu.AddRow(StrCancel, CmdCancel, PictureCancel);
-    menu.AddKey(CmdNone, PictureReturn);
     switch (menu.Run(this)) {
     case kMoveUp:
         return Move(-1);
@@ -144,7 +143,6 @@ void CMyTextPicker::RunAddMenu()
     menu.AddRow(StrBeforeCurrent, kBefore, PictureMoveUp);
     menu.AddRow(StrAfterCurrent, kAfter, PictureMoveDown);
     menu.AddRow(StrAtEnd, kAtEnd, PictureAdd);
-    menu.AddKey(CmdNone, PictureReturn);
     switch (menu.Run(this)) {
     case kBefore:
         return Add(GetSelected());

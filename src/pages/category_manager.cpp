@@ -55,7 +55,7 @@ int CCategoryManager::GetMenuBarId() const
 
 bool CCategoryManager::IsAdding() const
 {
-    return m_edit->hasFocus();
+    return focusWidget() == m_edit; // a menu over the dialog changes nothing
 }
 
 QString CCategoryManager::GetNames() const
@@ -175,7 +175,12 @@ CPaintedPart CCategoryManager::RowPart(int index) const
 
 void CCategoryManager::TakeFocus()
 {
-    setFocus();
+    FocusOn(this);
+}
+
+void CCategoryManager::FocusOn(QWidget* widget)
+{
+    widget->setFocus();
     FollowFocus();
 }
 
@@ -189,14 +194,14 @@ void CCategoryManager::FollowFocus()
 
 void CCategoryManager::OnLButtonDown(QPoint at)
 {
-    setFocus(); // a finger on the list takes the keyboard from the field
+    FocusOn(this); // a finger on the list takes the keyboard from the field
     CRowListDialog::OnLButtonDown(at);
 }
 
 void CCategoryManager::OnKey(int key)
 {
     if (key == kKeyUp && GetSelected() == 0)
-        m_edit->setFocus();
+        FocusOn(m_edit);
     else if (key == kKeySpace)
         Toggle(GetSelected());
     else
@@ -223,7 +228,7 @@ bool CCategoryManager::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     if (key == kKeyDown) {
-        setFocus();
+        FocusOn(this);
         return true;
     }
     return key == kKeyUp;
@@ -350,7 +355,6 @@ void CCategoryManager::RunMenu()
     if (!m_edit->text().trimmed().isEmpty())
         menu.AddRow(StrAddNewCategory, CmdAddCategory, PictureAdd);
     menu.AddRow(StrCancel, CmdCategoriesCancel, PictureCancel);
-    menu.AddKey(CmdNone, PictureReturn);
     const int command = menu.Run(this);
     if (adding)
         m_edit->setFocus();

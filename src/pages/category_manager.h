@@ -58,6 +58,7 @@ private:
         QString Name;
         bool Checked = false;
     };
+    void FocusOn(QWidget* widget);
     void FollowFocus();
     void Add(bool ask);
     void Toggle(int index);
