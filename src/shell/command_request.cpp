@@ -66,7 +66,25 @@ void ParseCreate(CCommandRequest& request, const QStringList& token)
     request.Category = token[4];
     SetKindByWord(request, token[3], RequestKind::CreateAppointment, RequestKind::CreateTask);
 }
+
+constexpr int kFirstYear = 1900, kLastYear = 4500;
+
+bool IsShowable(DATE date)
+{
+    static const int first = DayNumberOf(kFirstYear, 1, 1), last = DayNumberOf(kLastYear, 12, 31);
+    return date != NO_DATE && date >= first && date < last + 1;
+}
 } // namespace
+
+bool CCommandRequest::HasDate() const
+{
+    return IsShowable(Date1);
+}
+
+bool CCommandRequest::HasEnd() const
+{
+    return IsShowable(Date2);
+}
 
 void CCommandRequest::Clear()
 {

@@ -30,6 +30,8 @@ struct CCommandRequest {
     QString Category;
     QString RawText; // the command line as received
 
+    bool HasDate() const; // Date1 is a day that a calendar can show; a request may carry any number
+    bool HasEnd() const;  // so is Date2
     void Clear();              // leaves RawText alone
     bool IsSingleItem() const; // serves one item instead of opening the calendar
 };

@@ -153,6 +153,8 @@ void CMainFrame::OnInstanceMessage(const CInstanceMessage& message)
         close();
         break;
     case kMessageShow:
+        if (!m_up) // one item's form is shown in the frame's place
+            break;
         setWindowState(windowState() & ~Qt::WindowMinimized);
         show();
         if (windowHandle())

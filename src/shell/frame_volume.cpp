@@ -2,7 +2,7 @@
 #include "records/property_numbers.h"
 #include "settings/settings.h"
 #include "shell/main_frame.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"

@@ -1,7 +1,7 @@
 #include "shell/item_actions.h"
 #include "pim/pim_store.h"
 #include "settings/settings.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"

@@ -2,7 +2,7 @@
 #include "desktop/mail_message.h"
 #include "interchange/item_exporter.h"
 #include "pim/pim_store.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "touch/touch_menu.h"
 #include "touch/wait_cursor.h"
 #include "util/string_ids.h"

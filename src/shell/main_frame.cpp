@@ -4,7 +4,6 @@
 #include "forms/form_dialog.h"
 #include "settings/settings.h"
 #include "shell/command_request.h"
-#include "shell/instance_handover.h"
 #include "shell/locale_name.h"
 #include "touch/command_ids.h"
 #include "touch/device_pixels.h"
@@ -23,14 +22,6 @@ namespace
 {
 constexpr qint64 kShortestNextEventMs = 20; // the moment is rounded; do not ask in a circle
 constexpr int kUnwindMs = 10;               // for a menu or question to end
-constexpr int kFirstYear = 1900, kLastYear = 4500;
-
-// What a calendar can show: a request may carry any number.
-bool IsShowable(DATE date)
-{
-    static const int first = DayNumberOf(kFirstYear, 1, 1), last = DayNumberOf(kLastYear, 12, 31);
-    return date >= first && date < last + 1;
-}
 } // namespace
 
 // ---- lifecycle
@@ -149,11 +140,6 @@ void CMainFrame::OpenStore()
     g_Settings.LoadFilters();
 }
 
-bool CMainFrame::ServeStartupRequest(const CCommandRequest& request)
-{
-    return request.IsSingleItem();
-}
-
 // Puts the first view into the settings; the result is the first date.
 DATE CMainFrame::ApplyStartRequest(const CCommandRequest& request)
 {
@@ -165,7 +151,7 @@ DATE CMainFrame::ApplyStartRequest(const CCommandRequest& request)
         return first;
     if (request.View != -1)
         general.LastView = request.View;
-    if (request.Date1 != -1.0 && request.Date1 != NO_DATE && IsShowable(request.Date1))
+    if (request.Date1 != -1.0 && request.HasDate())
         first = DayNumber(request.Date1);
     return first;
 }
@@ -222,18 +208,4 @@ void CMainFrame::NextEventTimer()
     CCalendarView* view = CurrentView();
     if (changed && view && g_Settings.General.LastView == kViewDaily)
         view->Refresh();
-}
-
-// ---- requests from other processes
-
-void CMainFrame::ServePostedRequest()
-{
-    if (LeaveMenu()) // it would be left under the view that the request shows
-        return QTimer::singleShot(kUnwindMs, this, [this] { ServePostedRequest(); });
-    if (!m_up || !ReadPostedCommandLine(g_CommandRequest) || g_CommandRequest.Kind != RequestKind::OpenView)
-        return;
-    if (g_CommandRequest.View != -1)
-        ShowView(g_CommandRequest.View, -1);
-    if (g_CommandRequest.Date1 != NO_DATE && IsShowable(g_CommandRequest.Date1))
-        GoToDate(g_CommandRequest.Date1);
 }

@@ -108,6 +108,8 @@ private:
     void FetchMetrics();
     void LoadLook();
     bool ServeStartupRequest(const CCommandRequest& request);
+    // Edits or creates what the request names, over the window or as one.
+    void ShowItem(const CCommandRequest& request, QWidget* owner);
     DATE ApplyStartRequest(const CCommandRequest& request);
     void OpenStore();
     void ShowVolume(std::shared_ptr<CPropertyVolume> volume);
@@ -142,6 +144,9 @@ private:
     void CmdTellTasksView(int command);
     void CmdTellCurrentView(int command);
     void CmdTellSearchView(int command);
+    void CmdCreateAppointment(int);
+    void CmdCreateTask(int);
+    void CmdEditItem(int);
     void CmdDeleteItem(int);
     void CmdDuplicateItem(int);
     void CmdToggleSelected(int);

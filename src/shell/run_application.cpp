@@ -10,7 +10,7 @@
 #include "shell/instance_handover.h"
 #include "shell/main_frame.h"
 #include "shell/options.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "shell/quit_signals.h"
 #include "shell/start_trace.h"
 #include "touch/device_pixels.h"
@@ -178,10 +178,13 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
     const CApplication application(name);
     CMainFrame frame(std::move(setup));
     PlaceWindow(frame);
-    if (!frame.OnCreate())
-        return kExitDone;
+    // Before the frame comes up: a request for one item is served in there.
     const CQuitSignals signals([&frame] { frame.close(); });
     instance.Listen([&frame](const CInstanceMessage& message) { frame.OnInstanceMessage(message); });
+    if (!frame.OnCreate()) {
+        instance.Resign();
+        return kExitDone;
+    }
     if (onlyRead)
         opened = {opened.Kind(), FillText(GetString(StrVolumeReadOnly), {VolumePath(options)})};
     frame.SetFirstPaintHook([&frame, &opened] { AfterFirstPaint(frame, opened); });
@@ -191,14 +194,20 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
     return status;
 }
 
+bool IsOffered(RequestKind kind)
+{
+    return kind != RequestKind::ViewAppointment && kind != RequestKind::ViewTask &&
+           kind != RequestKind::SoftKeyDialog;
+}
+
 int RunRequest(const COptions& options, char* name)
 {
     CInstance instance(NameOfInstance(options));
     const CCommandRequest& request = g_CommandRequest;
     if (CheckRunningInstance(instance, request))
         return kExitHandedOver;
-    if (request.IsSingleItem() || request.Kind == RequestKind::SoftKeyDialog)
-        return Complain(QStringLiteral("this build shows days only; it does not offer %1 yet")
+    if (!IsOffered(request.Kind))
+        return Complain(QStringLiteral("this build does not offer %1 yet")
                             .arg(request.RawText.section(u'|', 0, 0)));
     if (!HasDisplay())
         return Complain(QStringLiteral("there is no display; --snapshot FILE paints into a picture"));

@@ -1,7 +1,7 @@
 #include "forms/message_dialog.h"
 #include "forms/two_choice_dialog.h"
 #include "platform/registry.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "shell_fixture.h"
 
 #include <QTest>

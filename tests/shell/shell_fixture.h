@@ -9,7 +9,7 @@
 #include "settings/settings_path.h"
 #include "shell/command_request.h"
 #include "shell/main_frame.h"
-#include "shell/question.h"
+#include "forms/question.h"
 #include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 #include "touch/virtual_keys.h"

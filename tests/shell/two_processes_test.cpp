@@ -158,8 +158,7 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     EXPECT_EQ(Run({"--version"}, &out), 0);
     EXPECT_TRUE(out.startsWith("tessera "));
     for (const QStringList& wrong : {QStringList{"--bogus"},
-                                     {"EDIT|5|0|APPT"},
-                                     {"CREATE|1|2|TASK|x"},
+                                     {"VIEW|5|0|APPT"},
                                      {"SHOWSOFTKEYDIALOG"},
                                      {"--snapshot", "/nonexistent/x.png"},
                                      {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
@@ -169,6 +168,21 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     }
     EXPECT_FALSE(QFile::exists(SettingsFile()));
     EXPECT_FALSE(QFile::exists(m_home.filePath("tessera/pim.vol")));
+}
+
+TEST_F(TwoProcesses, AFormForOneItemMakesRoomForTheCalendar)
+{
+    const int nothingToEdit = Run({"EDIT|5|0|APPT"});
+    EXPECT_EQ(nothingToEdit, 0);
+    QProcess& form = Launch({"CREATE|66340800|66340860|APPT|Work"});
+    ASSERT_TRUE(Poll([] { return CNamedLock::Exists(kSingleItemMutex) && IsListening(); }));
+    Launch();
+    ASSERT_TRUE(form.waitForFinished(15000));
+    EXPECT_EQ(form.exitCode(), 0);
+    EXPECT_FALSE(QFile::exists(SettingsFile())) << "a form writes no settings";
+    EXPECT_TRUE(Poll([] { return IsListening() && !CNamedLock::Exists(kSingleItemMutex); }));
+    EXPECT_EQ(Run({"CREATE|66340800|66340860|TASK"}), 255) << "handed over";
+    EXPECT_TRUE(Poll(RequestTaken));
 }
 
 TEST_F(TwoProcesses, ASnapshotNeedsNoDisplayAndWritesNothingElse)

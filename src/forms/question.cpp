@@ -1,4 +1,4 @@
-#include "shell/question.h"
+#include "forms/question.h"
 #include "forms/menu_bars.h"
 #include "forms/message_dialog.h"
 #include "forms/two_choice_dialog.h"
