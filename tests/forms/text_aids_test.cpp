@@ -277,3 +277,25 @@ TEST_F(TextAids, ReminderValuesAreSetOneByOne)
     CReminderValuesDialog::Store(dialog.GetValues(), g_Settings);
     EXPECT_EQ(g_Settings.GetReminderVal(1), 14400);
 }
+
+// ---- contacts
+
+TEST_F(TextAids, AttendeesAreFoundByTypingAndNoneIsLost)
+{
+    CContactPicker picker({{"Ann Smith", "ann@x"}, {"Bert", ""}, {"", "carl@x"}});
+    const int result = Run(picker, [&] {
+        QTest::keyClicks(&picker, "Sm");
+        EXPECT_EQ(picker.LineText(0), "Ann Smith");
+        QTest::keyClick(&picker, Qt::Key_Minus);
+        QTest::keyClick(&picker, Qt::Key_Backspace);
+        EXPECT_EQ(picker.SearchText(), "sm") << "other keys change nothing";
+        QTest::keyClick(&picker, Qt::Key_Return);
+        QTest::keyClicks(&picker, "q");
+        EXPECT_EQ(picker.LineText(0), "No matches: smq");
+        QTest::keyClick(&picker, Qt::Key_Return); // no line to act on
+        QTest::keyClick(&picker, Qt::Key_F1);
+    });
+    EXPECT_EQ(result, CFormDialog::kDone);
+    EXPECT_EQ(picker.GetAttendees(), (std::vector<CAttendee>{{"Bert", ""}, {"", "carl@x"}}))
+        << "the unchecked one went";
+}
