@@ -19,8 +19,8 @@
 namespace
 {
 constexpr int kFontLabel = 502, kFontText = 802;
-constexpr int kMargin = 4;         // design pixels beside the texts
-constexpr int kMostNote = 4000;    // characters; a pane shows some hundreds
+constexpr int kMargin = 4;      // design pixels beside the texts
+constexpr int kMostNote = 4000; // characters; a pane shows some hundreds
 constexpr unsigned kLine = kTextSingleLine | kTextNoPrefix | kTextEndEllipsis;
 
 QString ShortDateOf(DATE date)
@@ -56,8 +56,8 @@ void CTaskPreviewPane::SetTask(const CTask* task)
         return;
     m_dates = DatesOf(*task);
     if (task->ReminderSet && task->ReminderTime != NO_DATE)
-        m_reminder = ShortDateOf(task->ReminderTime) + QStringLiteral(", ") +
-                     FormatTime(task->ReminderTime, false);
+        m_reminder =
+            ShortDateOf(task->ReminderTime) + QStringLiteral(", ") + FormatTime(task->ReminderTime, false);
     QString attendees;
     PimStore().GetItemTexts(task->ItemId, task->Start, 0, kKindTask, m_note, attendees);
     m_note.truncate(kMostNote);
@@ -115,7 +115,8 @@ int CTaskPreviewPane::PaintReminder(QPainter& dc, const QRect& rect, int height)
     const QFont& font = g_ImageStore.Font(kFontText);
     dc.setFont(font);
     const int width = std::min(TextWidth(font, m_reminder), rect.width() / 2);
-    DrawText(dc, m_reminder, QRect(right - width, rect.y(), width, height), kLine | kTextVCentre | kTextRight);
+    DrawText(dc, m_reminder, QRect(right - width, rect.y(), width, height),
+             kLine | kTextVCentre | kTextRight);
     return right - width - D(4);
 }
 

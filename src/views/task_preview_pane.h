@@ -12,7 +12,7 @@ class QPainter;
 class CTaskPreviewPane
 {
 public:
-    void PrepareLook(); // colours and fonts: after a change of size or density
+    void PrepareLook();              // colours and fonts: after a change of size or density
     void SetTask(const CTask* task); // null for none
     const QImage& Picture(QSize size);
 

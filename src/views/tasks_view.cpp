@@ -119,7 +119,8 @@ void CTasksView::RebuildRows(CPlace select)
     m_touch.Redraw(true);
     if (!m_touch.IsTouched()) {
         if (follow && m_selected && !ShowsRow(*m_selected))
-            m_touch.EnsureVisible(m_list.RowRect(*m_selected).adjusted(0, -D(kShowMargin), 0, D(kShowMargin)));
+            m_touch.EnsureVisible(
+                m_list.RowRect(*m_selected).adjusted(0, -D(kShowMargin), 0, D(kShowMargin)));
         if (m_touch.Scroll() < 0)
             m_touch.ScrollBy(0); // the list may have become shorter
     }

@@ -33,7 +33,7 @@ QString DateColumnText(DATE start, DATE due)
 
 int PriorityImage(const CTask& task)
 {
-    return task.Priority == kHighPriority ? PicturePriorityHigh
+    return task.Priority == kHighPriority  ? PicturePriorityHigh
            : task.Priority == kLowPriority ? PicturePriorityLow
                                            : 0;
 }
@@ -199,7 +199,7 @@ void CTasksView::PaintTaskTexts(QPainter& dc, const CTask& task, const CTaskRowL
         dc.setPen(ToQColor(selected ? m_colors.SelectedText : kDateColor));
         DrawText(dc, DateColumnText(task.Start, task.End), layout.Date, kLine);
     }
-    const COLORREF color = task.End == NO_DATE                   ? m_colors.Undated
+    const COLORREF color = task.End == NO_DATE                ? m_colors.Undated
                            : DayNumber(task.End) < GetToday() ? m_colors.Overdue
                                                               : m_colors.Regular;
     dc.setPen(ToQColor(selected ? m_colors.SelectedText : color));

@@ -87,7 +87,10 @@ protected:
         QFile::copy(made, m_folder.filePath(QStringLiteral("copy.vol")));
         UseVolume(QStringLiteral("copy.vol"));
     }
-    static QString CategoryName(int n) { return QStringLiteral("Category %1").arg(n, 3, 10, QLatin1Char('0')); }
+    static QString CategoryName(int n)
+    {
+        return QStringLiteral("Category %1").arg(n, 3, 10, QLatin1Char('0'));
+    }
 
     CTasksView& Open(QSize size = {240, 260})
     {
@@ -122,7 +125,10 @@ protected:
     {
         return static_cast<const CTaskGroup&>(*row.m_event);
     }
-    static const CTask& TaskOf(const CPaintingOrderItem& row) { return static_cast<const CTask&>(*row.m_item); }
+    static const CTask& TaskOf(const CPaintingOrderItem& row)
+    {
+        return static_cast<const CTask&>(*row.m_item);
+    }
     // Titles in brackets with their counts.
     QStringList Shape() const
     {
@@ -210,7 +216,8 @@ TEST_F(Tasks, FiveThousandStandInTheirGroupsOpenAndClosed)
         View->OnCommand(CmdTasksCollapseAll);
         EXPECT_EQ(View->Rows().GetCount(), c.Groups ? c.Groups : kTasks) << c.Sort;
         if (c.Groups) {
-            EXPECT_EQ(GroupOf(*View->Rows().GetAt(0)).VisibleCount > 0, true) << "a closed one keeps its count";
+            EXPECT_EQ(GroupOf(*View->Rows().GetAt(0)).VisibleCount > 0, true)
+                << "a closed one keeps its count";
         }
         View->OnCommand(CmdTasksExpandAll);
         EXPECT_EQ(View->Rows().GetCount(), titles + rows) << c.Sort;
@@ -587,7 +594,8 @@ TEST_F(Tasks, KeysStopAtTheEndsAndKeepTheRowInSight)
             for (int n = 0; n < 40; ++n) {
                 View->OnKey(key);
                 ASSERT_GE(View->SelectedRow()->m_top + View->Scroller().Scroll(), 0);
-                ASSERT_LE(View->SelectedRow()->m_bottom + View->Scroller().Scroll(), View->ListArea().height());
+                ASSERT_LE(View->SelectedRow()->m_bottom + View->Scroller().Scroll(),
+                          View->ListArea().height());
             }
             EXPECT_EQ(View->SelectedRow(), View->Rows().GetAt(key == kKeyDown ? 32 : 0));
         }
@@ -611,7 +619,8 @@ TEST_F(Tasks, AHiddenViewHoldsNothingOfTheStores)
     View->OnResize();
     EXPECT_TRUE(View->Rows().IsEmpty());
     View->Refresh();
-    EXPECT_EQ(Shape(), QStringList({"[Low Priority 1]", "C", "[Normal Priority 1]", "A", "[High Priority 1]", "B"}));
+    EXPECT_EQ(Shape(),
+              QStringList({"[Low Priority 1]", "C", "[Normal Priority 1]", "A", "[High Priority 1]", "B"}));
     EXPECT_EQ(View->SelectedRow(), RowOf("A"));
 }
 
