@@ -3,7 +3,6 @@
 #include "drawing/paint.h"
 #include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
-#include "drawing/text.h"
 #include "forms/field_row.h"
 #include "forms/form_parts.h"
 #include "forms/menu_bars.h"
@@ -28,7 +27,7 @@ namespace
 // Design pixels.
 constexpr int kBoxLeft = 2, kNameLeft = 22, kEmptyLeft = 20, kIconColumn = 40, kRightRoom = 2, kColumnGap = 4;
 constexpr int kHeadMargin = 6, kEditHeight = 28, kBoxSize = 16;
-constexpr int kFontText = 0, kFontSmall = 2;
+constexpr int kFontText = 0, kFontSmall = 3;
 constexpr COLORREF kColorFrame = 8671512;
 constexpr int kLongestName = 255;
 } // namespace
@@ -152,10 +151,9 @@ void CCategoryManager::PaintRow(QPainter& dc, int index, const QRect& rect, bool
     } else {
         DrawImage(none, dc, swatch.x(), swatch.y());
     }
-    dc.setFont(g_ImageStore.Font(kFontSmall));
-    dc.setPen(ToQColor(selected ? GetHighlightTextColor() : SystemColor::GrayText));
-    DrawText(dc, GetString(StrNoIcon), std::as_const(icon),
-             kTextVCentre | kTextCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis);
+    const CFittedText noIcon = FitText(GetString(StrNoIcon), {kFontSmall}, icon.width());
+    PaintFittedText(dc, noIcon, icon.adjusted(0, (icon.height() - noIcon.Height()) / 2, 0, 0),
+                    selected ? GetHighlightTextColor() : SystemColor::GrayText);
 }
 
 CPaintedPart CCategoryManager::RowPart(int index) const
