@@ -53,9 +53,9 @@ CAppointmentEditor::CAppointmentEditor(DATE date, bool hasTime, DATE end, const 
     }
     m_day = DayNumber(date);
     const auto& defaults = g_Settings.DefaultValues;
-    m_item.Start =
-        hasTime ? date
-                : m_day + std::clamp(defaults.NewAppointmentStartTime, 0, kMinutesPerDay - 1) / double(kMinutesPerDay);
+    m_item.Start = hasTime ? date
+                           : m_day + std::clamp(defaults.NewAppointmentStartTime, 0, kMinutesPerDay - 1) /
+                                         double(kMinutesPerDay);
     m_item.End = m_item.Start + std::max(defaults.NewAppointmentDuration, 0) / double(kMinutesPerDay);
     if (hasTime && end != NO_DATE)
         m_item.End = end;
@@ -170,9 +170,7 @@ void CAppointmentEditor::ExchangeReminder(int& index, bool set)
 {
     if (!set) {
         const int position = PositionOfReminder(m_item.ReminderMinutes);
-        index = !m_item.ReminderSet ? 0
-                : position >= 0 && !m_customReminder ? position + 1
-                                                     : kCustomReminder;
+        index = !m_item.ReminderSet ? 0 : position >= 0 && !m_customReminder ? position + 1 : kCustomReminder;
         return;
     }
     m_item.ReminderSet = index != 0;

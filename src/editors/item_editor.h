@@ -18,7 +18,7 @@ protected:
     virtual DATE PatternDate() = 0; // that the list of recurrences is built from
     // Of a new item: the named category, or without a name what the filter in force includes.
     void SeedCategories(const QString& category);
-    void SeedPattern();                  // of a new or plain item, as the date suggests
+    void SeedPattern();                   // of a new or plain item, as the date suggests
     void MovePattern(DATE from, DATE to); // the item's own date was moved
 
     void InitRows() override;
