@@ -46,8 +46,6 @@ void CItemRowView::OnCreate()
 
 void CItemRowView::OnResize()
 {
-    if (m_hidden)
-        BuildRows();
     PrepareLook();
     if (!m_touch.SetArea(ListArea()))
         m_touch.Redraw(true);
@@ -58,7 +56,9 @@ void CItemRowView::OnDeactivate()
 {
     m_hidden = true;
     m_touch.StopMotion();
-    m_list.ForgetPictures();
+    m_leftItem = SelectedIdentity();
+    m_leftDay = SelectedDay();
+    ForgetRows(); // the view in front lets our items go from the cache as it likes
 }
 
 // ---- layout and paint

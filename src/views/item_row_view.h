@@ -22,6 +22,7 @@ public:
     const CPaintingOrderList& Rows() const { return m_list.Rows(); }
     const CPaintingOrderItem* SelectedRow() const { return m_selected; }
     const CRowBitmapCache& RowCache() const { return m_list.Pictures(); }
+    void ForgetPictures() { m_list.ForgetPictures(); }
     CPaintingOrderItem* RowAt(int x, int y) const; // content coordinates
     virtual QRect ListArea() const;                // all of the view, or what is left of it
 
@@ -58,5 +59,7 @@ protected:
     CItemRowList m_list;
     CTouchNavigator m_touch;
     CSidewaysStroke m_stroke;
-    bool m_hidden = false; // another view is in front and may let our items go from the cache
+    bool m_hidden = false;    // another view is in front; there are no rows meanwhile
+    CItemIdentity m_leftItem; // what was selected when that one came
+    int m_leftDay = 0;
 };

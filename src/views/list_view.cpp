@@ -127,11 +127,11 @@ void CListView::OnDataChanged(int, quint32, quint32)
 void CListView::Refresh()
 {
     m_stroke.End();
+    CPlace place = m_hidden ? CPlace{m_leftItem, m_leftDay} : SelectedPlace();
     m_hidden = false;
     if (!m_touch.IsTouched())
         m_touch.StopMotion(); // another week's list must not fly on with this one's speed
     // Another view may have moved the date, and let days go from the cache.
-    CPlace place = SelectedPlace();
     if (place.Day != CursorDay())
         place = {};
     SetRange(CursorDay());

@@ -160,7 +160,6 @@ void CTasksView::OnDeactivate()
 {
     m_tapped = {};
     CItemRowView::OnDeactivate();
-    ForgetRows();
 }
 
 // Layout and paint stand in tasks_view_paint.cpp, menus in tasks_view_menus.cpp.

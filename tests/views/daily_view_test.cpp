@@ -213,7 +213,7 @@ TEST_F(Daily, AScrolledFrameIsTheSameAsOnePaintedAnew)
         for (const int scroll : {0, -7, -300, -299, 40, -2000, -310, 0}) {
             View->Scroller().SetScroll(0, scroll);
             const QImage scrolled = View->Snapshot();
-            View->OnDeactivate(); // forgets the rows' pictures
+            View->ForgetPictures();
             View->Scroller().Redraw(false);
             ASSERT_EQ(View->Snapshot(), scrolled) << "at " << scroll << ", pop-out " << popOut;
         }
@@ -701,4 +701,21 @@ TEST_F(Daily, AForcedDensityDoublesEveryMeasure)
     const CPaintingOrderItem& row = *View->Rows().GetAt(1);
     EXPECT_EQ(row.m_top - View->Rows().GetAt(0)->m_bottom, 2);
     EXPECT_GT(row.m_bottom - row.m_top, 50);
+}
+
+// Another view in front lets days go from the cache; nothing of ours may point into them.
+TEST_F(Daily, AHiddenViewHoldsNoRows)
+{
+    Fill(5);
+    Open();
+    View->OnDeactivate();
+    EXPECT_TRUE(View->Rows().IsEmpty());
+    EXPECT_EQ(View->GetSelectedItem(), nullptr);
+    PimStore().Clear();
+    View->resize(300, 200);
+    QTest::mouseClick(View.get(), Qt::LeftButton, {}, {20, 20});
+    EXPECT_FALSE(View->Snapshot().isNull());
+    EXPECT_TRUE(Host.Commands.empty());
+    View->Refresh();
+    EXPECT_NE(View->GetSelectedItem() == nullptr, View->Rows().GetCount() > 0);
 }

@@ -364,7 +364,7 @@ TEST_F(List, AScrolledFrameIsTheSameAsOnePaintedAnew)
         for (const int scroll : {0, -7, -300, -299, 40, -2000, 0}) {
             View->Scroller().SetScroll(0, scroll);
             const QImage scrolled = View->Snapshot();
-            View->OnDeactivate(); // forgets the rows' pictures
+            View->ForgetPictures();
             View->Scroller().Redraw(false);
             ASSERT_EQ(View->Snapshot(), scrolled) << "at " << scroll << ", pop-out " << popOut;
         }
