@@ -58,6 +58,8 @@ void CDailyView::OnSelectionChanged()
 
 void CDailyView::OnDataChanged(int, quint32, quint32)
 {
+    if (m_hidden)
+        return; // what it shows is read when it comes to the front
     const CItemIdentity selected = SelectedIdentity();
     BuildRows();
     CPaintingOrderItem* row = Rows().Find(selected);

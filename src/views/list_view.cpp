@@ -121,7 +121,8 @@ void CListView::RebuildRows(const CPlace& select, bool keepScroll)
 
 void CListView::OnDataChanged(int, quint32, quint32)
 {
-    RebuildRows(SelectedPlace(), false);
+    if (!m_hidden)
+        RebuildRows(SelectedPlace(), false);
 }
 
 void CListView::Refresh()

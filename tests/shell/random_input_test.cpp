@@ -194,7 +194,7 @@ protected:
     }
     void Step()
     {
-        const int what = Below(1000);
+        const int what = m_what = Below(1000);
         if (what < 350)
             Stroke(0);
         else if (what < 580)
@@ -229,6 +229,12 @@ protected:
         const DATE cursor = PimStore().CursorDate();
         EXPECT_TRUE(cursor == NO_DATE || SystemTimeOf(DayNumber(cursor)).wYear != 0) << "seed " << m_seed;
         m_days.insert(DayNumber(cursor));
+        for (int kind = kViewDaily; kind <= kViewSearch; ++kind) {
+            const auto* behind = dynamic_cast<const CItemRowView*>(m_frame->FindView(kind));
+            EXPECT_TRUE(!behind || behind == view || behind->Rows().IsEmpty())
+                << "view " << kind << " behind " << view->GetViewKind() << " holds rows; seed " << m_seed
+                << ", step " << m_done << ", kind " << m_what;
+        }
         Measure();
         m_pages += CTouchMenu::Current() || CFormDialog::Current();
         const auto* rows = dynamic_cast<const CItemRowView*>(view);
@@ -284,7 +290,7 @@ protected:
     int m_seed = FromEnvironment("TESSERA_RANDOM_SEED", 1);
     int m_limit = FromEnvironment("TESSERA_RANDOM_STEPS", 1500); // of steps
     int m_seconds = FromEnvironment("TESSERA_RANDOM_SECONDS", 0);
-    int m_done = 0;
+    int m_done = 0, m_what = 0; // steps, and the last one's number
     QElapsedTimer m_time;
     std::vector<quint32> m_brought, m_tasks;
     std::array<size_t, 3> m_least{SIZE_MAX, SIZE_MAX, SIZE_MAX};
