@@ -6,12 +6,41 @@
 #include "shell/command_request.h"
 #include "shell/instance_handover.h"
 #include "shell/main_frame.h"
+#include "views/item_details_form.h"
 
 #include <QTimer>
 
 namespace
 {
 constexpr int kUnwindMs = 10; // for a menu or form to end
+
+// Without a day, or on one where a series has nothing, its first occurrence.
+void ShowAppointment(quint32 itemId, int day, QWidget* owner)
+{
+    CAppointment item(kKindAppointment, CAppointment::Blank{});
+    bool found = PimStore().ReadOccurrence(itemId, day, item);
+    if (!found) {
+        const CPoomSession session(PimStore().Volume());
+        std::unique_ptr<IAppointment> stored;
+        found = session.App() && session.App()->GetAppointmentFromOid(itemId, stored) &&
+                PimStore().ReadOccurrence(itemId, DayNumber(stored->get_Start()), item);
+    }
+    if (found)
+        ShowItemDetails(item, owner);
+}
+
+void ShowTask(quint32 itemId, QWidget* owner)
+{
+    CCalendarTask task;
+    {
+        const CPoomSession session(PimStore().Volume());
+        std::unique_ptr<ITask> stored;
+        if (!session.App() || !session.App()->GetTaskFromOid(itemId, stored))
+            return;
+        PimStore().ReadTaskFromModel(*stored, task);
+    }
+    ShowItemDetails(task, owner);
+}
 } // namespace
 
 // ---- commands
@@ -48,6 +77,12 @@ void CMainFrame::ShowItem(const CCommandRequest& request, QWidget* owner)
     // No category is not the filter's: the request comes from outside, where no filter is seen.
     const QString category = request.Category.isEmpty() ? kEmptyCategory : request.Category;
     switch (request.Kind) {
+    case RequestKind::ViewAppointment:
+        ShowAppointment(request.ItemId, request.HasDate() ? DayNumber(start) : 0, owner);
+        break;
+    case RequestKind::ViewTask:
+        ShowTask(request.ItemId, owner);
+        break;
     case RequestKind::EditAppointment:
         EditAppointment(request.ItemId, request.HasDate() ? DayNumber(start) : 0, owner);
         break;

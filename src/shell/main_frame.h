@@ -62,6 +62,8 @@ public:
     void OnVolumeDisplaced();
     void OnDatabaseChange(const CPimStore::CDrain& drain);
     void ServePostedRequest();
+    // The details or the editor that a request for one item asks for; nothing when it is gone.
+    void ShowItem(const CCommandRequest& request, QWidget* owner);
     void OnSystemColors();
 
     // ---- for tests, and for pictures without a display
@@ -109,7 +111,6 @@ private:
     void LoadLook();
     bool ServeStartupRequest(const CCommandRequest& request);
     // Edits or creates what the request names, over the window or as one.
-    void ShowItem(const CCommandRequest& request, QWidget* owner);
     DATE ApplyStartRequest(const CCommandRequest& request);
     void OpenStore();
     void ShowVolume(std::shared_ptr<CPropertyVolume> volume);

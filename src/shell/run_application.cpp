@@ -196,8 +196,7 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
 
 bool IsOffered(RequestKind kind)
 {
-    return kind != RequestKind::ViewAppointment && kind != RequestKind::ViewTask &&
-           kind != RequestKind::SoftKeyDialog;
+    return kind != RequestKind::SoftKeyDialog;
 }
 
 int RunRequest(const COptions& options, char* name)

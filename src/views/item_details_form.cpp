@@ -5,6 +5,7 @@
 #include "drawing/paint.h"
 #include "drawing/screen_metrics.h"
 #include "drawing/text.h"
+#include "editors/edit_item.h"
 #include "forms/menu_bars.h"
 #include "pim/pim_store.h"
 #include "settings/system_colors.h"
@@ -223,7 +224,7 @@ void CItemDetailsForm::OnWheel(int angle)
 void ShowItemDetails(const CPimItem& item, QWidget* owner)
 {
     if (item.GetKind() == kKindAppointment)
-        CItemDetailsForm(static_cast<const CAppointment&>(item), {}).Run(owner);
+        CItemDetailsForm(static_cast<const CAppointment&>(item), EditItem).Run(owner);
     else if (const auto* task = dynamic_cast<const CTask*>(&item))
-        CItemDetailsForm(*task, {}).Run(owner);
+        CItemDetailsForm(*task, EditItem).Run(owner);
 }

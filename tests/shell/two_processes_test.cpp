@@ -158,7 +158,6 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     EXPECT_EQ(Run({"--version"}, &out), 0);
     EXPECT_TRUE(out.startsWith("tessera "));
     for (const QStringList& wrong : {QStringList{"--bogus"},
-                                     {"VIEW|5|0|APPT"},
                                      {"SHOWSOFTKEYDIALOG"},
                                      {"--snapshot", "/nonexistent/x.png"},
                                      {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
