@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -39,6 +40,19 @@ constexpr int kKeys[] = {Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up, Qt::Key_D
 class RandomInput : public ShellFixture
 {
 protected:
+    // What the hand saves as files stays in the test's own folder.
+    RandomInput() : m_home(qgetenv("HOME")), m_place(QDir::currentPath())
+    {
+        qputenv("HOME", m_folder.path().toUtf8());
+        qputenv("XDG_CACHE_HOME", m_folder.filePath("cache").toUtf8());
+        QDir::setCurrent(m_folder.path());
+    }
+    ~RandomInput() override
+    {
+        QDir::setCurrent(m_place);
+        qputenv("HOME", m_home);
+        qunsetenv("XDG_CACHE_HOME");
+    }
     static int FromEnvironment(const char* name, int fallback)
     {
         bool given = false;
@@ -287,6 +301,8 @@ protected:
             QTimer::singleShot(0, m_frame.get(), [this] { Leave(); });
     }
 
+    QByteArray m_home;
+    QString m_place;
     int m_seed = FromEnvironment("TESSERA_RANDOM_SEED", 1);
     int m_limit = FromEnvironment("TESSERA_RANDOM_STEPS", 1500); // of steps
     int m_seconds = FromEnvironment("TESSERA_RANDOM_SECONDS", 0);
