@@ -98,14 +98,15 @@ def delete_by_hand(home):
     def days():
         return [i["day"][-2:] for i in items(home, "appointment", DAY, "2026-03-20")]
 
-    press("F2", "Down", "Return")
+    to_delete = ["F2", "Down", "Down", "Down", "Return"]  # below the rows for new items
+    press(*to_delete)
     expect(days() == ["10", "11", "12", "13", "14"], "the item goes before its question is answered")
     press("Return", "Return")  # yes; the first cell is the occurrence
     expect(waits(lambda: days() == ["11", "12", "13", "14"]), f"left after deleting an occurrence: {days()}")
     request = subprocess.run([WINDOW, f"OPEN|DAILY|{MINUTES_2026_03_10 + 1440}"], env=home.env, capture_output=True)
     expect(request.returncode == 255, "the window does not take a request")
     settled(home)
-    press("F2", "Down", "Return", "Return", "Right", "Return")
+    press(*to_delete, "Return", "Right", "Return")
     expect(waits(lambda: days() == []), f"left after deleting the series: {days()}")
     close_window(window)
 
