@@ -135,7 +135,7 @@ void CEventExporter::Place(CPart& part, const std::string& hole, const TimeZoneI
         own = part.Series->Zone();
         record = &own;
     }
-    part.Form = m_zoneWriter.FormOf(hole, allDay, !part.Item->Foreign().Uid.isEmpty(), record);
+    part.Form = m_zoneWriter.FormOf(hole, allDay, record);
     if (part.Series) {
         part.Start = OriginalWall(*part.Series, DayNumber(part.Series->PatternStart));
         part.End = part.Start + qint64(part.Series->EndMinute - part.Series->StartMinute) * 60;
@@ -353,7 +353,7 @@ void CEventExporter::ExportMessage(IAppointment& item, const CItemValues& values
         dates.Head = {part.Form.Line("RECURRENCE-ID", original)};
         CTimeForm form = part.Form;
         if (item.get_AllDayEvent() != (form.Form == CTimeForm::Date))
-            form = m_zoneWriter.FormOf({}, item.get_AllDayEvent(), true, &m_device);
+            form = m_zoneWriter.FormOf({}, item.get_AllDayEvent(), &m_device);
         AddKept(DateHead(form, m_zoneWriter.FromDevice(form, item.get_Start()),
                          m_zoneWriter.FromDevice(form, item.get_End())),
                 dates.Head);
@@ -442,7 +442,7 @@ CTextLines CEventExporter::OccurrenceLines(CPart& part, CItemValues values, cons
     CTimeForm form = part.Form;
     const bool allDay = e.HasAllDay ? e.AllDay : part.Item->get_AllDayEvent();
     if (allDay != (form.Form == CTimeForm::Date))
-        form = m_zoneWriter.FormOf({}, allDay, true, part.Series ? &m_zoneWriter.Device() : nullptr);
+        form = m_zoneWriter.FormOf({}, allDay, part.Series ? &m_zoneWriter.Device() : nullptr);
     CDateLines dates;
     dates.KeepsRules = false;
     dates.Head = {part.Form.Line("RECURRENCE-ID", OriginalWall(*part.Series, e.OriginalDay))};
@@ -464,8 +464,7 @@ void CEventExporter::CollectChanges(CPart& part, CPart& lead, const std::vector<
         const CKeptLines::CChange* const kept = KeptChangeOf(part, exception.OriginalDay, &event);
         if (kept && StillFits(part, series, exception, event)) {
             AddComponent(kept->Lines, changes.Components.emplace_back());
-            m_zoneWriter.FormOf(HoleOf(CKeptLines(event.Kept)), event.Dates.AllDay, true,
-                                nullptr); // its zone
+            m_zoneWriter.FormOf(HoleOf(CKeptLines(event.Kept)), event.Dates.AllDay, nullptr); // its zone
         } else if (!exception.Deleted) {
             changes.Components.push_back(OccurrenceLines(part, named, lead.Kept, exception));
         } else {

@@ -80,7 +80,7 @@ void CTaskExporter::UseZones(const CKeptLines& kept)
 {
     for (const std::string& line : kept.Lines)
         if (!CPropertyLine(line).Parameter("TZID").empty())
-            m_zoneWriter.FormOf(line, false, true, nullptr);
+            m_zoneWriter.FormOf(line, false, nullptr);
 }
 
 // Kept lines with a time stand as long as they tell the task's days.

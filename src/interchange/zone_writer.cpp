@@ -127,14 +127,14 @@ std::string CTimeForm::Line(const std::string& name, qint64 wall) const
     return name + Parameters + ':' + Value(wall);
 }
 
-CTimeForm CZoneWriter::FormOf(const std::string& kept, bool allDay, bool isForeign,
+CTimeForm CZoneWriter::FormOf(const std::string& kept, bool allDay,
                               const TimeZoneInformation* record)
 {
     if (allDay)
         return {CTimeForm::Date, ";VALUE=DATE", nullptr};
     const bool isUtcRecord = record && *record == TimeZoneInformation();
     if (kept.empty()) {
-        if (!record || (isForeign && isUtcRecord) || isUtcRecord)
+        if (!record || isUtcRecord)
             return {CTimeForm::Utc, {}, UtcZone()};
         return OfRecord(*record);
     }

@@ -28,7 +28,7 @@ public:
     }
     // The form that the item came with (`kept`: its DTSTART line without a value, or empty), as far
     // as it still fits; `record` is that of a series, null of a single item.
-    CTimeForm FormOf(const std::string& kept, bool allDay, bool isForeign, const TimeZoneInformation* record);
+    CTimeForm FormOf(const std::string& kept, bool allDay, const TimeZoneInformation* record);
     // Blocks of zones that have been used since the last call.
     void TakeBlocks(CTextLines& lines);
     const TimeZoneInformation& Device() const { return m_device; }

@@ -136,7 +136,7 @@ CStatus CAppointmentObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, qu
         return status;
     PutFields(rows, m_fields, m_changed);
     PutRecipients(rows);
-    return WriteRecord(rows, kAppointmentsDatabase, kAppointmentTag, oid, itemId);
+    return WriteRecord(rows, kAppointmentsDatabase, kAppointmentTag, m_fields.Foreign, oid, itemId);
 }
 
 CStatus CAppointmentObject::Save()

@@ -106,7 +106,7 @@ CStatus CContactObject::WriteAll(CEOID* oid, quint32* itemId)
         PutForeign(rows, m_foreign);
     else
         rows.Number(Prop::LastChange, Clock().GetUtcTime());
-    return WriteRecord(rows, kContactsDatabase, kContactTag, oid, itemId);
+    return WriteRecord(rows, kContactsDatabase, kContactTag, m_foreign, oid, itemId);
 }
 
 CStatus CContactObject::Save()

@@ -1,6 +1,9 @@
 #include "object_model/item_base.h"
 
 #include "object_model/outlook_app.h"
+#include "records/property_numbers.h"
+
+#include <QUuid>
 
 QString CItemBase::CategoryNames() const
 {
@@ -24,9 +27,14 @@ CStatus CItemBase::SaveCategoriesOf(quint32 itemId, bool newItem)
     return m_app.Categories().Put(itemId, m_categories, newItem);
 }
 
-CStatus CItemBase::WriteRecord(CRecordRows& rows, const QString& database, quint32 tag, CEOID* oid,
-                               quint32* itemId)
+CStatus CItemBase::WriteRecord(CRecordRows& rows, const QString& database, quint32 tag, CForeignData& foreign,
+                               CEOID* oid, quint32* itemId)
 {
+    if (m_oid == 0 && (foreign.Uid.isEmpty() || !IsChanged(Changed::Foreign))) {
+        if (foreign.Uid.isEmpty())
+            foreign.Uid = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        rows.Text(Prop::Uid, foreign.Uid);
+    }
     quint32 number = 0;
     const CStatus status = rows.Write(m_app.Volume(), database, m_oid, oid, &number);
     if (!status)

@@ -29,7 +29,9 @@ protected:
     QString CategoryNames() const;
     void PutCategoryNames(const QString& names);
     // Within a transaction: the record and its categories.
-    CStatus WriteRecord(CRecordRows& rows, const QString& database, quint32 tag, CEOID* oid, quint32* itemId);
+    // A new one gets a UID by which other programs and later imports know it again.
+    CStatus WriteRecord(CRecordRows& rows, const QString& database, quint32 tag, CForeignData& foreign,
+                        CEOID* oid, quint32* itemId);
     CStatus SaveCategoriesOf(quint32 itemId, bool newItem);
     CStatus DeleteRecord(const QString& database);
     void Saved(CEOID oid, quint32 itemId);

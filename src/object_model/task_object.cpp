@@ -248,7 +248,7 @@ CStatus CTaskObject::WriteAll(CRecurrencePattern& pattern, CEOID* oid, quint32* 
     if (m_complete && completed && m_completed == NO_DATE && !IsChanged(Changed::Foreign))
         m_completed = UtcToLocal(DateOfFileTime(Clock().GetUtcTime()), m_app.Zone());
     PutRows(rows);
-    return WriteRecord(rows, kTasksDatabase, kTaskTag, oid, itemId);
+    return WriteRecord(rows, kTasksDatabase, kTaskTag, m_foreign, oid, itemId);
 }
 
 CStatus CTaskObject::Save()

@@ -201,6 +201,42 @@ TEST_F(ExportTest, ItemsThatWereMadeHereComeBackTheSame)
     EXPECT_EQ(Export(), first);
 }
 
+TEST_F(ExportTest, ItemsThatWereMadeHereAreKnownWhenTheyComeBack)
+{
+    auto series = m_app->CreateAppointment();
+    series->put_Subject(QStringLiteral("walk"));
+    series->put_Start(DayNumberOf(2026, 3, 10) + 0.375);
+    series->put_End(DayNumberOf(2026, 3, 10) + 0.5);
+    series->GetRecurrencePattern()->put_RecurrenceType(OlRecurs::Daily);
+    series->GetRecurrencePattern()->put_Occurrences(9);
+    ASSERT_TRUE(series->Save().IsOk());
+    std::unique_ptr<IAppointment> occurrence;
+    ASSERT_TRUE(series->GetRecurrencePattern()->GetOccurrence(DayNumberOf(2026, 3, 12), occurrence).IsOk());
+    occurrence->put_Start(DayNumberOf(2026, 3, 12) + 0.75);
+    occurrence->put_End(DayNumberOf(2026, 3, 12) + 0.875);
+    ASSERT_TRUE(occurrence->Save().IsOk());
+    ASSERT_TRUE(series->GetRecurrencePattern()->GetOccurrence(DayNumberOf(2026, 3, 14), occurrence).IsOk());
+    ASSERT_TRUE(occurrence->Delete().IsOk());
+    auto allDay = m_app->CreateAppointment();
+    allDay->put_AllDayEvent(true);
+    allDay->put_Start(DayNumberOf(2026, 3, 10));
+    allDay->put_End(DayNumberOf(2026, 3, 12));
+    ASSERT_TRUE(allDay->Save().IsOk());
+    auto task = m_app->CreateTask();
+    task->put_DueDate(DayNumberOf(2026, 3, 10));
+    ASSERT_TRUE(task->Save().IsOk());
+    auto contact = m_app->CreateContact();
+    contact->put_FileAs(QStringLiteral("Ann"));
+    ASSERT_TRUE(contact->Save().IsOk());
+
+    const std::string first = Export();
+    // The moved occurrence is told with its series, and made anew with it.
+    EXPECT_EQ(ImportBytes(first).Counts(), "1 created 4 updated 0 unchanged 0 left out");
+    EXPECT_EQ(Export(), first);
+    EXPECT_EQ(ImportBytes(first).Counts(), "0 created 0 updated 5 unchanged 0 left out");
+    EXPECT_EQ(Export(), first);
+}
+
 TEST_F(ExportTest, MeetingsTellMethodAndSequence)
 {
     auto item = m_app->CreateAppointment();

@@ -121,7 +121,9 @@ TEST_F(Contacts, CopyIsWithoutBodyAndIdentity)
     EXPECT_EQ(read->get_Birthday(), At("1980-02-29"));
     EXPECT_EQ(read->get_Body(), "");
     EXPECT_EQ(read->get_Categories(), "Friends, Work");
-    EXPECT_EQ(read->Foreign().Uid, "");
+    EXPECT_NE(read->Foreign().Uid, item->Foreign().Uid);
+    EXPECT_EQ(read->Foreign().Uid, copy->Foreign().Uid);
+    EXPECT_EQ(m_app->FindContactsByUid(copy->Foreign().Uid).size(), 1U);
 }
 
 TEST_F(Contacts, AreFoundByUidAndGoneAfterDelete)

@@ -236,7 +236,8 @@ TEST_F(TaskModel, ACopyIsOfItsOwnAndDeletingTakesCategoriesAlong)
     EXPECT_EQ(State(*read), "2026-07-01 to 2026-07-02 active");
     EXPECT_EQ(read->get_Categories(), "Work");
     EXPECT_EQ(read->get_Body(), "");
-    EXPECT_EQ(read->Foreign().Uid, "");
+    EXPECT_EQ(read->Foreign().Uid, copy->Foreign().Uid);
+    EXPECT_NE(read->Foreign().Uid, "one");
     EXPECT_TRUE(read->get_IsRecurring());
     EXPECT_EQ(m_volume->RecordCount(kCategoryAssocDatabase), 1);
     EXPECT_EQ(m_app->CreateTask()->Delete().Kind(), StatusKind::Invalid);
