@@ -164,7 +164,8 @@ protected:
         } else if (what == 3 && !m_brought.empty()) {
             if (m_app->GetAppointmentFromOid(m_brought[size_t(Below(int(m_brought.size())))], item)) {
                 item->put_Start(kToday + Below(40) - 20 + Below(48) / 48.0);
-                EXPECT_TRUE(item->Save());
+                const CStatus saved = item->Save();
+                EXPECT_TRUE(saved) << saved.Text().toStdString();
             }
         } else {
             Bring();
