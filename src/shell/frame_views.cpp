@@ -107,10 +107,8 @@ void CMainFrame::ShowView(int kind, int returnView)
     view->setFocus();
     CFormDialog::KeepInFront(); // another program's request may come under a question
     view->Refresh();
-    if (old && old != view) {
-        old->CancelDateRun(); // its finger's lifting must not move the date under this one
-        old->OnDeactivate();
-    }
+    if (old && old != view)
+        old->Leave();
     UpdateViewButton();
 }
 

@@ -206,6 +206,15 @@ void CCalendarView::CancelDateRun()
     update();
 }
 
+void CCalendarView::Leave()
+{
+    m_fingerDown = false; // its lifting must not move the date under the other view
+    if (CTouchNavigator* navigator = Navigator())
+        navigator->CancelTouch();
+    CancelDateRun();
+    OnDeactivate();
+}
+
 void CCalendarView::OnDateChosen(int day, int direction)
 {
     update();
@@ -255,13 +264,15 @@ void CCalendarView::resizeEvent(QResizeEvent*)
 
 void CCalendarView::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
-        OnLButtonDown(ToSurface(event->position(), m_factor));
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_fingerDown = true;
+    OnLButtonDown(ToSurface(event->position(), m_factor));
 }
 
 void CCalendarView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!(event->buttons() & Qt::LeftButton))
+    if (!(event->buttons() & Qt::LeftButton) || !m_fingerDown)
         return;
     const QPoint at = ToSurface(event->position(), m_factor);
     if (m_overlay.IsRunning())
@@ -272,8 +283,9 @@ void CCalendarView::mouseMoveEvent(QMouseEvent* event)
 
 void CCalendarView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton)
+    if (event->button() != Qt::LeftButton || !m_fingerDown)
         return;
+    m_fingerDown = false;
     const bool running = m_overlay.IsRunning();
     int direction = 0;
     const int day = running ? m_overlay.OnLButtonUp(&direction) : 0;

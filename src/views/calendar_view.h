@@ -74,6 +74,8 @@ public:
     CDateOverlay& DateOverlay() { return m_overlay; }
     CScreenTransition& Transition() { return m_transition; }
     void CancelDateRun();
+    // Another view has come to the front: what the finger does on from here is none of this one's.
+    void Leave();
 
 protected:
     // In surface pixels. `dc` may be the window's own painter, so whatever is drawn with more than
@@ -121,4 +123,5 @@ private:
 
     CDateOverlay m_overlay;
     CScreenTransition m_transition;
+    bool m_fingerDown = false; // since it was put down here
 };

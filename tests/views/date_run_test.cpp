@@ -106,6 +106,27 @@ TEST_F(DateRun, AHeldStrokeRunsThroughTheViewsOwnUnits)
     }
 }
 
+TEST_F(DateRun, AFingerThatAnotherViewCameUnderMovesNoDate)
+{
+    for (int kind : {kViewDaily, kViewList, kViewWeekly, kViewMonthly}) {
+        for (const bool running : {false, true}) {
+            SCOPED_TRACE(testing::Message() << "view " << kind << " running " << running);
+            Open(kind);
+            Send(QEvent::MouseButtonPress, {120, 200});
+            if (running)
+                Send(QEvent::MouseMove, {170, 200});
+            EXPECT_EQ(View->DateOverlay().IsRunning(), running);
+            const DATE before = PimStore().CursorDate();
+            View->Leave();
+            Send(QEvent::MouseMove, {40, 200});
+            EXPECT_FALSE(View->DateOverlay().IsRunning());
+            Send(QEvent::MouseButtonRelease, {40, 200});
+            EXPECT_EQ(PimStore().CursorDate(), before);
+            EXPECT_TRUE(Host.Commands.empty());
+        }
+    }
+}
+
 TEST_F(DateRun, AThumbsArcWhileItScrollsMovesNoDate)
 {
     for (int kind : {kViewDaily, kViewList, kViewWeekly, kViewMonthly}) {
