@@ -64,7 +64,8 @@ protected:
         item->put_Subject(subject);
         item->put_Start(day + hour / 24);
         item->put_End(day + (hour + 1) / 24);
-        EXPECT_TRUE(item->Save());
+        const CStatus saved = item->Save();
+        EXPECT_TRUE(saved) << saved.Text().toStdString();
         return item->get_Oid();
     }
     // What a second process would have asked for; empty: a plain start.
