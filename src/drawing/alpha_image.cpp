@@ -32,6 +32,8 @@ bool CAlphaImage::Create(int width, int height)
     Clear();
     if (width <= 0 || height <= 0 || width > kMaxSide || height > kMaxSide)
         return false;
+    if (qint64(width) * height > kMaxPixels)
+        return false;
     m_width = width;
     m_height = height;
     m_planes.assign(4 * Count(), 0);

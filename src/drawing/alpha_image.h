@@ -2,8 +2,11 @@
 // from the top; alpha 255 is opaque. Colours are not multiplied by alpha.
 // Ownership: the image owns its planes; a copy has planes of its own.
 // Errors: an image that could not be made is empty (`IsValid` false), and drawing it does nothing.
+// Limits: an image has at most kMaxPixels, 64 MiB of planes; a file at most kMaxFile bytes. While a
+//   PNG or JPEG is decoded it may take 20 bytes a pixel.
 #pragma once
 #include <QImage>
+#include <span>
 #include <vector>
 
 #include "util/color.h"
@@ -13,7 +16,24 @@ class CAlphaImage
 public:
     static CAlphaImage FromImage(const QImage& image);
 
-    // Planes of zeros. False, and empty, for a size that is empty or above kMaxSide.
+    // Each load empties the image first and is false when it stays empty.
+    // By the last four characters: .png and .jpg by their content, .tga by our own reader.
+    bool LoadFromFile(const QString& path);
+    // PNG, JPEG or BMP; one of more than maxPixels is refused before it is decoded.
+    bool LoadFromMemory(const QByteArray& data, qint64 maxPixels = kMaxPixels);
+    // True colour of 24 or 32 bits, plain or in runs. Bit 0x10 of the descriptor, not the usual 0x20,
+    // says that the rows stand from the top; a packet that crosses the end of its row runs on into
+    // the storage after it, and the next row begins at its own start. What a file lacks is zero.
+    bool LoadTarga(std::span<const quint8> data);
+    // Of an open resource library; module is its folder: name.png, else name.bmp, else name.tga.
+    bool LoadFromResource(const QString& module, const QString& name);
+    // Takes name.tga's alpha, each value as 255 minus what is stored, if it has as many pixels as the
+    // image; nothing else changes, and nothing at all when it fails.
+    bool LoadAlphaFromResource(const QString& module, const QString& name);
+    // Of a .png or .tga, from its first bytes; zeros when they tell none.
+    static QSize ReadImageSize(const QString& path);
+
+    // Planes of zeros. False, and empty, for a size that is empty or above the limits.
     bool Create(int width, int height);
     bool CreateSolid(int width, int height, COLORREF color, quint8 alpha);
     void Clear();
@@ -35,7 +55,9 @@ public:
     const quint32* Pixels() const;
     QImage ToImage() const; // Format_ARGB32
 
-    static constexpr int kMaxSide = 16384; // no picture is larger; keeps width x height in range
+    static constexpr int kMaxSide = 16384;
+    static constexpr qint64 kMaxPixels = 1 << 24;
+    static constexpr qint64 kMaxFile = 4 * kMaxPixels + 4096; // the largest TARGA
 
 private:
     size_t Count() const { return size_t(m_width) * size_t(m_height); }

@@ -34,26 +34,19 @@ bool OpenLibrary(const QString& path)
     return true;
 }
 
-QImage Decode(int density, int id)
-{
-    const QResource picture(QStringLiteral(":%1/%2/%3.png").arg(QLatin1String(kRoot)).arg(density).arg(id));
-    if (!picture.isValid())
-        return QImage();
-    return QImage::fromData(picture.data(), int(picture.size()), "PNG");
-}
-
 // The densities of the libraries, the screen's own first, then those below it, then above.
-QImage DecodeNearest(int id)
+CAlphaImage LoadNearest(int id)
 {
+    CAlphaImage image;
     const int own = g_ScreenMetrics.Multiple();
     for (const int multiple : {own, own - 1, own - 2, own - 3, own + 1, own + 2, own + 3}) {
         if (multiple < 1 || multiple > 4)
             continue;
-        const QImage picture = Decode(96 * multiple, id);
-        if (!picture.isNull())
-            return picture;
+        const QString module = QStringLiteral(":%1/%2").arg(QLatin1String(kRoot)).arg(96 * multiple);
+        if (image.LoadFromResource(module, QString::number(id)))
+            break;
     }
-    return QImage();
+    return image;
 }
 
 // In the order of wish; a face of a fixed list, never what the system would choose.
@@ -82,7 +75,7 @@ const CAlphaImage& CImageStore::Image(int id)
     const auto known = m_images.find(id);
     if (known != m_images.end())
         return known->second;
-    return m_images.emplace(id, CAlphaImage::FromImage(DecodeNearest(id))).first->second;
+    return m_images.emplace(id, LoadNearest(id)).first->second;
 }
 
 const QFont& CImageStore::Font(int id)
