@@ -5,7 +5,7 @@ set -euo pipefail
 
 run=(git g++ cmake ninja-build ccache pkg-config
      qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-wayland
-     libsqlite3-dev libical-dev libcli11-dev
+     libsqlite3-dev libical-dev libminizip-dev zlib1g-dev libcli11-dev
      fonts-dejavu-core fonts-dejavu-extra tzdata)
 test=("${run[@]}" libgtest-dev librapidcheck-dev clang-14 libclang-rt-14-dev
       xvfb xauth xdotool imagemagick x11-utils dbus python3 procps)

@@ -4,8 +4,10 @@
 #include <QFile>
 #include <QResource>
 
+#include "drawing/icon_archive.h"
 #include "drawing/screen_metrics.h"
 #include "settings/fonts.h"
+#include "settings/settings.h"
 
 CImageStore g_ImageStore;
 
@@ -91,16 +93,55 @@ int CImageStore::FontHeight(int id)
     return GetFontSpec(id, g_ScreenMetrics.Multiple()).PixelHeight;
 }
 
-const CAlphaImage& CImageStore::Icon(const QString& reference) const
+// ---- icons
+
+const CAlphaImage& CImageStore::Icon(const QString& reference, IconSize size)
 {
     static const CAlphaImage none;
-    const auto known = m_icons.find(reference);
-    return known != m_icons.end() ? known->second : none;
+    if (reference.isEmpty())
+        return none;
+    DropIconsOfOtherDensity();
+    if (!m_icons.contains(reference))
+        LoadIcons(reference);
+    const CCategoryIcon& icon = m_icons[reference];
+    return size == IconSize::Small ? icon.Small : icon.Large;
+}
+
+void CImageStore::LoadIcons(const QString& reference)
+{
+    m_icons[reference] = {}; // also when nothing is found: painting asks again and again
+    const std::optional<CIconReference> wanted = CIconReference::Parse(reference);
+    const CIconStore store(g_Settings.m_installFolder);
+    const QDeadlineTimer until(CIconStore::kMilliseconds);
+    CIconArchive archive;
+    if (!wanted || !archive.Open(store.FindArchive(wanted->Archive), until))
+        return;
+    store.LoadIcon(reference, m_icons[reference], &archive);
+    for (const auto& [name, category] : g_Settings.m_categories) {
+        const std::optional<CIconReference> other = CIconReference::Parse(category.ImageName);
+        if (until.hasExpired())
+            return;
+        if (other && other->Archive == wanted->Archive && !m_icons.contains(category.ImageName))
+            store.LoadIcon(category.ImageName, m_icons[category.ImageName], &archive);
+    }
+}
+
+void CImageStore::DropIconsOfOtherDensity()
+{
+    if (m_iconDensity != g_ScreenMetrics.Density())
+        m_icons.clear();
+    m_iconDensity = g_ScreenMetrics.Density();
 }
 
 void CImageStore::PutIcon(const QString& reference, CAlphaImage image)
 {
-    m_icons[reference] = std::move(image);
+    DropIconsOfOtherDensity();
+    m_icons[reference] = {reference, std::move(image), {}};
+}
+
+void CImageStore::ForgetIcon(const QString& reference)
+{
+    m_icons.erase(reference);
 }
 
 void CImageStore::Clear()

@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <map>
 
-#include "drawing/alpha_image.h"
+#include "drawing/icon_store.h"
 
 class CImageStore
 {
@@ -20,9 +20,13 @@ public:
     // The height the table gives the font, in device pixels: not the line height.
     int FontHeight(int id);
 
-    // The small picture of a category by its reference, empty when nobody has put one here.
-    const CAlphaImage& Icon(const QString& reference) const;
-    void PutIcon(const QString& reference, CAlphaImage image);
+    // The picture of a category by its reference; empty for a reference that leads to none. Whoever
+    // asks first loads all icons of that archive that the settings name. They are kept until `Clear`,
+    // a change of density, or `ForgetIcon`.
+    enum class IconSize { Small, Large };
+    const CAlphaImage& Icon(const QString& reference, IconSize size = IconSize::Small);
+    void PutIcon(const QString& reference, CAlphaImage image); // the small one
+    void ForgetIcon(const QString& reference);                 // its archive may have another picture now
 
     // Forgets all that was loaded; after a change of density or settings, and at shutdown.
     void Clear();
@@ -30,7 +34,11 @@ public:
 private:
     std::map<int, CAlphaImage> m_images;
     std::map<int, QFont> m_fonts;
-    std::map<QString, CAlphaImage> m_icons;
+    void DropIconsOfOtherDensity();
+    void LoadIcons(const QString& reference);
+
+    std::map<QString, CCategoryIcon> m_icons;
+    int m_iconDensity = 0;
 };
 
 extern CImageStore g_ImageStore;

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
-#include <QStringList>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -174,6 +173,23 @@ std::optional<QString> CRegistry::ReadString(const QString& key, const QString& 
         return std::nullopt;
     const QString& line = lines[place.value];
     return Unescaped(line.mid(line.indexOf(u'=') + 1).trimmed());
+}
+
+QStringList CRegistry::SubKeys(const QString& key)
+{
+    QStringList lines, names;
+    if (!ReadLines(&lines))
+        return names;
+    const QString above = key + u'\\';
+    for (const QString& line : lines) {
+        const QString whole = IsKeyLine(line) ? KeyOf(line) : QString();
+        if (!whole.startsWith(above, Qt::CaseInsensitive))
+            continue;
+        const QString name = whole.mid(above.size()).section(u'\\', 0, 0);
+        if (!name.isEmpty() && !names.contains(name, Qt::CaseInsensitive))
+            names << name;
+    }
+    return names;
 }
 
 bool CRegistry::WriteString(const QString& key, const QString& name, const QString& value)

@@ -4,6 +4,7 @@
 // Errors: a failed write returns false and leaves the file as it was.
 #pragma once
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 class CRegistry
@@ -15,6 +16,8 @@ public:
     static std::optional<QString> ReadString(const QString& key, const QString& name);
     static bool WriteString(const QString& key, const QString& name, const QString& value);
     static bool DeleteValue(const QString& key, const QString& name);
+    // The names directly below a key, each once, in the file's order; case is ignored.
+    static QStringList SubKeys(const QString& key);
 };
 
 inline const QString kRegistryKey = QStringLiteral("Software\\ZELV Calendar");

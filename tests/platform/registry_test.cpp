@@ -84,6 +84,20 @@ TEST_F(CRegistryTest, AChangeKeepsAllOtherLines)
     EXPECT_EQ(Bytes(), "; a note\n[A]\nNew=n\nodd line\n\n[B]\nTwo=22\n");
 }
 
+TEST_F(CRegistryTest, NamesWhatLiesBelowAKey)
+{
+    const QString key = QStringLiteral("Software\\Some Packs\\96");
+    EXPECT_TRUE(CRegistry::SubKeys(key).isEmpty());
+    for (const char* const name : {"Nature", "Ships\\Old", "Odd ]=\n", "ships"})
+        CRegistry::WriteString(key + QStringLiteral("\\") + QLatin1String(name), QStringLiteral("Path"), QStringLiteral("x"));
+    CRegistry::WriteString(key, QStringLiteral("Own"), QStringLiteral("value"));
+    CRegistry::WriteString(key + QStringLiteral("2\\Other"), QStringLiteral("Path"), QStringLiteral("x"));
+    const QStringList names = {QStringLiteral("Nature"), QStringLiteral("Ships"), QStringLiteral("Odd ]=\n")};
+    EXPECT_EQ(CRegistry::SubKeys(key), names);
+    EXPECT_EQ(CRegistry::SubKeys(key.toUpper()), names);
+    EXPECT_EQ(CRegistry::SubKeys(key + QStringLiteral("\\Ships")), QStringList(QStringLiteral("Old")));
+}
+
 TEST_F(CRegistryTest, AFailedWriteLeavesTheFile)
 {
     Put("[A]\nOne=1\n");
