@@ -266,6 +266,8 @@ void CCalendarView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
+    if (m_overlay.IsRunning())
+        CancelDateRun(); // that finger's lifting was lost
     m_fingerDown = true;
     OnLButtonDown(ToSurface(event->position(), m_factor));
 }

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDir>
+#include <QFileDialog>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -43,9 +44,11 @@ protected:
     // What the hand saves as files stays in the test's own folder.
     RandomInput() : m_home(qgetenv("HOME")), m_place(QDir::currentPath())
     {
-        qputenv("HOME", m_folder.path().toUtf8());
+        const QString home = m_folder.filePath("home");
+        QDir().mkpath(home);
+        qputenv("HOME", home.toUtf8());
         qputenv("XDG_CACHE_HOME", m_folder.filePath("cache").toUtf8());
-        QDir::setCurrent(m_folder.path());
+        QDir::setCurrent(home);
     }
     ~RandomInput() override
     {
@@ -65,8 +68,11 @@ protected:
     {
         if (QWidget* popup = QApplication::activePopupWidget())
             return *popup;
-        if (QWidget* modal = QApplication::activeModalWidget()) // the desktop's own, to choose a file
+        if (QWidget* modal = QApplication::activeModalWidget()) { // the desktop's own, to choose a file
+            if (auto* files = qobject_cast<QFileDialog*>(modal))
+                files->setOption(QFileDialog::ReadOnly); // or it renames the calendar
             return *modal;
+        }
         if (CTouchMenu* menu = CTouchMenu::Current())
             return *menu;
         if (CFormDialog* dialog = CFormDialog::Current())

@@ -127,6 +127,23 @@ TEST_F(DateRun, AFingerThatAnotherViewCameUnderMovesNoDate)
     }
 }
 
+// A second finger, or a first one whose lifting never came: its tap on the tile opens the day.
+TEST_F(DateRun, APressEndsTheRunOfAnEarlierFinger)
+{
+    for (int kind : {kViewDaily, kViewList, kViewWeekly, kViewMonthly}) {
+        SCOPED_TRACE(kind);
+        Open(kind);
+        Send(QEvent::MouseButtonPress, {120, 200});
+        Send(QEvent::MouseMove, {170, 200});
+        ASSERT_TRUE(View->DateOverlay().IsRunning());
+        Send(QEvent::MouseButtonPress, {120, 60});
+        EXPECT_FALSE(View->DateOverlay().IsRunning());
+        const DATE before = PimStore().CursorDate();
+        Send(QEvent::MouseButtonRelease, {120, 60});
+        EXPECT_EQ(PimStore().CursorDate(), before);
+    }
+}
+
 TEST_F(DateRun, AThumbsArcWhileItScrollsMovesNoDate)
 {
     for (int kind : {kViewDaily, kViewList, kViewWeekly, kViewMonthly}) {
