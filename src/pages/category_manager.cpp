@@ -7,6 +7,7 @@
 #include "forms/form_parts.h"
 #include "forms/menu_bars.h"
 #include "forms/message_dialog.h"
+#include "pages/icon_picker.h"
 #include "pim/pim_store.h"
 #include "platform/locale.h"
 #include "settings/settings.h"
@@ -26,6 +27,7 @@ namespace
 {
 // Design pixels.
 constexpr int kBoxLeft = 2, kNameLeft = 22, kEmptyLeft = 20, kIconColumn = 40, kRightRoom = 2, kColumnGap = 4;
+constexpr int kPictureLeft = 13; // in the icon's column
 constexpr int kHeadMargin = 6, kEditHeight = 28, kBoxSize = 16;
 constexpr int kFontText = 0, kFontSmall = 3;
 constexpr COLORREF kColorFrame = 8671512;
@@ -151,6 +153,11 @@ void CCategoryManager::PaintRow(QPainter& dc, int index, const QRect& rect, bool
     } else {
         DrawImage(none, dc, swatch.x(), swatch.y());
     }
+    const CAlphaImage& picture = g_ImageStore.Icon(category ? category->ImageName : QString());
+    if (picture.IsValid()) {
+        DrawImage(picture, dc, icon.x() + D(kPictureLeft), rect.y() + (rect.height() - picture.Height()) / 2);
+        return;
+    }
     const CFittedText noIcon = FitText(GetString(StrNoIcon), {kFontSmall}, icon.width());
     PaintFittedText(dc, noIcon, icon.adjusted(0, (icon.height() - noIcon.Height()) / 2, 0, 0),
                     selected ? GetHighlightTextColor() : SystemColor::GrayText);
@@ -244,7 +251,7 @@ void CCategoryManager::OnRowTapped(int index, int x, bool)
     };
     if (HasPickers() && within(ColorColumn(index)))
         SetColor();
-    else if (HasPickers() && within(IconColumn(index)))
+    else if (within(IconColumn(index)))
         SetIcon();
     else if (x < ColorColumn(index).x() - left - D(kColumnGap))
         Toggle(index); // the name too: a box alone is small for a finger
@@ -303,9 +310,23 @@ void CCategoryManager::SetLook(std::function<void(qint32 id)> put)
 
 void CCategoryManager::SetIcon()
 {
-    QString reference;
-    if (PickIcon(reference))
-        SetLook([&](qint32 id) { PimStore().Categories().SetImageName(id, reference); });
+    if (m_lines.empty())
+        return;
+    const CCategory* const category = PimStore().Categories().FindByName(LineText(GetSelected()));
+    QString reference = category ? category->ImageName : QString();
+    if (!PickIcon(reference))
+        return;
+    g_ImageStore.ForgetIcon(reference);
+    SetLook([&](qint32 id) { PimStore().Categories().SetImageName(id, reference); });
+}
+
+bool CCategoryManager::PickIcon(QString& reference)
+{
+    CIconPicker picker(reference);
+    if (picker.Run(this) != kDone)
+        return false;
+    reference = picker.GetReference();
+    return true;
 }
 
 void CCategoryManager::SetColor()
@@ -343,8 +364,7 @@ void CCategoryManager::RunMenu()
     const bool adding = IsAdding();
     CTouchMenu menu(GetTitle());
     if (!adding && !m_lines.empty()) {
-        if (HasPickers())
-            menu.AddRow(StrSetIcon, CmdSetIcon, PictureEdit);
+        menu.AddRow(StrSetIcon, CmdSetIcon, PictureEdit);
         menu.AddRow(StrRemoveIcon, CmdRemoveIcon, PictureDelete);
         if (HasPickers())
             menu.AddRow(StrSetColor, CmdSetColor, PictureEdit);

@@ -48,7 +48,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     // Icons and colours are chosen on pages of their own; false: nothing was chosen.
-    virtual bool PickIcon(QString& /*reference*/) { return false; }
+    virtual bool PickIcon(QString& reference);
     virtual bool PickColor(COLORREF& /*color*/) { return false; }
     virtual bool HasPickers() const { return false; }
 

@@ -377,6 +377,8 @@ enum StringId : int {
     StrFilterAllOf = 50918,
     StrFilterOnly = 50919,
     StrFilterNoCategories = 50920,
+    StrNoIcons = 50940,
+    StrIconGroups = 50941, // .. 50948, in the order of the English names
 
     // Colour picker
     StrSelectColor = 51001,
