@@ -35,7 +35,7 @@ QString GroupTitle(const QString& group)
                                                  "People", "Study", "Travel",  "Work"};
     for (int n = 0; n < int(std::size(kOwnGroups)); ++n) {
         if (CompareText(group, QLatin1String(kOwnGroups[n])) == 0)
-            return GetString(StrIconGroups + n);
+            return GetString(StrIconGroupHealth + n);
     }
     return group;
 }

@@ -378,7 +378,14 @@ enum StringId : int {
     StrFilterOnly = 50919,
     StrFilterNoCategories = 50920,
     StrNoIcons = 50940,
-    StrIconGroups = 50941, // .. 50948, in the order of the English names
+    StrIconGroupHealth = 50941, // the eight follow one another
+    StrIconGroupHome = 50942,
+    StrIconGroupLeisure = 50943,
+    StrIconGroupMoney = 50944,
+    StrIconGroupPeople = 50945,
+    StrIconGroupStudy = 50946,
+    StrIconGroupTravel = 50947,
+    StrIconGroupWork = 50948,
 
     // Colour picker
     StrSelectColor = 51001,
