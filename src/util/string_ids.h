@@ -378,7 +378,8 @@ enum StringId : int {
     StrFilterOnly = 50919,
     StrFilterNoCategories = 50920,
     StrNoIcons = 50940,
-    StrIconGroupHealth = 50941, // the eight follow one another
+    // The icons' groups follow one another.
+    StrIconGroupHealth = 50941,
     StrIconGroupHome = 50942,
     StrIconGroupLeisure = 50943,
     StrIconGroupMoney = 50944,
