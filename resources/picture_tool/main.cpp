@@ -7,13 +7,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QPainter>
 #include <QSaveFile>
-#include <QSvgRenderer>
 #include <QTextStream>
 #include <algorithm>
 #include <map>
 #include <vector>
+
+#include "render.h"
 
 namespace
 {
@@ -60,19 +60,12 @@ bool AddSource(const QString& path, std::map<int, QString>& sources)
 
 bool Render(const QString& source, int multiple, const QString& target)
 {
-    QSvgRenderer renderer(source);
-    const QSize size = renderer.defaultSize();
-    if (!renderer.isValid() || size.isEmpty()) {
+    const QImage image = RenderSvg(source, multiple);
+    if (image.isNull()) {
         Complaints() << source << ": not a usable SVG picture\n";
         return false;
     }
-    QImage image(size * multiple, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(image.size())));
-    painter.end();
-    if (!image.convertToFormat(QImage::Format_ARGB32).save(target, "PNG")) {
+    if (!image.save(target, "PNG")) {
         Complaints() << target << ": cannot be written\n";
         return false;
     }
