@@ -147,12 +147,13 @@ protected:
             const auto task = m_app->CreateTask();
             task->put_Subject("Brought to be done");
             task->put_DueDate(day);
-            ASSERT_TRUE(task->Save());
+            Expect(task->Save());
             m_tasks.push_back(task->get_Oid());
         } else {
             m_brought.push_back(Add("Brought by another program", day, Below(23)));
         }
     }
+    static void Expect(const CStatus& status) { EXPECT_TRUE(status) << status.Text().toStdString(); }
     // What is brought is taken away again, so that the calendar does not grow.
     void Change()
     {
@@ -161,17 +162,16 @@ protected:
         std::unique_ptr<ITask> task;
         if (what == 0 && m_tasks.size() > 10) {
             if (m_app->GetTaskFromOid(TakeOut(m_tasks), task)) {
-                EXPECT_TRUE(task->Delete());
+                Expect(task->Delete());
             }
         } else if (what < 3 && m_brought.size() > 30) {
             if (m_app->GetAppointmentFromOid(TakeOut(m_brought), item)) {
-                EXPECT_TRUE(item->Delete());
+                Expect(item->Delete());
             }
         } else if (what == 3 && !m_brought.empty()) {
             if (m_app->GetAppointmentFromOid(m_brought[size_t(Below(int(m_brought.size())))], item)) {
                 item->put_Start(kToday + Below(40) - 20 + Below(48) / 48.0);
-                const CStatus saved = item->Save();
-                EXPECT_TRUE(saved) << saved.Text().toStdString();
+                Expect(item->Save());
             }
         } else {
             Bring();
