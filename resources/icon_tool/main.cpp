@@ -59,7 +59,8 @@ bool AddPicture(zipFile zip, const CDrawing& drawing, const QString& level, int 
 {
     const QImage image = RenderSvg(drawing.Path, multiple);
     if (image.size() != QSize(kSmallSide, kSmallSide) * multiple) {
-        Complaints() << drawing.Path << ": not an SVG picture of " << kSmallSide << " x " << kSmallSide << "\n";
+        Complaints() << drawing.Path << ": not an SVG picture of " << kSmallSide << " x " << kSmallSide
+                     << "\n";
         return false;
     }
     QBuffer png;

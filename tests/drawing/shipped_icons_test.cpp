@@ -15,8 +15,8 @@ protected:
     void SetUp() override
     {
         // The build's own, wherever a test before this one let the program look.
-        const QString path =
-            QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tessera/IconStore/Tessera.zip");
+        const QString path = QCoreApplication::applicationDirPath() +
+                             QStringLiteral("/../share/tessera/IconStore/Tessera.zip");
         ASSERT_TRUE(Archive.Open(path, QDeadlineTimer::Forever)) << path.toStdString();
     }
     QImage Read(const QString& level, const CIconArchive::CMember& member) const
@@ -53,7 +53,7 @@ TEST_F(ShippedIcons, HaveBothSizesAtEveryDensity)
     const struct {
         const char* Level;
         int Side;
-    } kLevels[] = {{"small", 16},     {"large", 32},     {"192-small", 32},  {"192-large", 64},
+    } kLevels[] = {{"small", 16},     {"large", 32},     {"192-small", 32}, {"192-large", 64},
                    {"288-small", 48}, {"288-large", 96}, {"384-small", 64}, {"384-large", 128}};
     const std::vector<CIconArchive::CMember> icons = At(QStringLiteral("large"));
     EXPECT_EQ(Archive.Members().size(), std::size(kLevels) * icons.size());
