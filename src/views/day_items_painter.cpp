@@ -267,15 +267,11 @@ void CDayItemsPainter::PaintIcons(Line& line, const CPimItem& item) const
         x -= D(2);
         ++count;
     }
-    for (const qint32 number : item.Categories) {
-        const CCategory* category = PimStore().Categories().FindById(number);
-        if (count == kMostItemIcons || !category)
-            continue;
-        const CAlphaImage& image = g_ImageStore.Icon(category->ImageName);
-        if (!image.IsValid())
-            continue;
-        x -= image.Width();
-        DrawImage(image, line.Dc, x, line.Rest.y() + (m_lineHeight - image.Height()) / 2);
+    for (const CAlphaImage* const image : CategoryPictures(item)) {
+        if (count == kMostItemIcons)
+            break;
+        x -= image->Width();
+        DrawImage(*image, line.Dc, x, line.Rest.y() + (m_lineHeight - image->Height()) / 2);
         x -= D(3);
         ++count;
     }

@@ -1,4 +1,5 @@
 #include "views/item_looks.h"
+#include "drawing/image_store.h"
 #include "drawing/picture_ids.h"
 #include "pim/pim_store.h"
 #include "settings/settings.h"
@@ -27,6 +28,18 @@ const std::array<StatusPicture, 6> kStatusPictures = {{
     {PictureConflict, PictureSmallConflict,
      [](const CPimItem& item) { return AsAppointment(item) && AsAppointment(item)->Conflict; }},
 }};
+
+std::vector<const CAlphaImage*> CategoryPictures(const CPimItem& item)
+{
+    std::vector<const CAlphaImage*> pictures;
+    for (const qint32 number : item.Categories) {
+        const CCategory* const category = PimStore().Categories().FindById(number);
+        const CAlphaImage& picture = g_ImageStore.Icon(category ? category->ImageName : QString());
+        if (picture.IsValid())
+            pictures.push_back(&picture);
+    }
+    return pictures;
+}
 
 void CItemColors::Fetch()
 {

@@ -3,6 +3,9 @@
 #include "pim/items.h"
 
 #include <array>
+#include <vector>
+
+class CAlphaImage;
 
 // A status picture, in the size of the rows and in that of the small lists.
 struct StatusPicture {
@@ -13,6 +16,9 @@ struct StatusPicture {
 extern const std::array<StatusPicture, 6> kStatusPictures; // from right to left
 
 constexpr int kMostItemIcons = 5; // status pictures and category icons of one item
+
+// The small pictures of an item's categories, in their order; those without one are left out.
+std::vector<const CAlphaImage*> CategoryPictures(const CPimItem& item);
 
 class CItemColors
 {

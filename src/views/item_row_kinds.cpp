@@ -109,6 +109,22 @@ int CItemRowPainter::PaintTaskLine(Row& row, const CTask& item, const QString& d
 
 // ---- special events
 
+CRowIcons CItemRowPainter::LayOutCategoryIcons(const CPimItem& item, int x, int y, int lineHeight)
+{
+    CRowIcons result;
+    int at = x;
+    for (const CAlphaImage* const picture : CategoryPictures(item)) {
+        if (int(result.Icons.size()) == kMostItemIcons)
+            break;
+        at -= picture->Width();
+        const int top = y + std::max(0, (lineHeight - picture->Height()) / 2);
+        result.Icons.push_back({0, {at, top, picture->Width(), picture->Height()}, picture});
+        at -= S(3);
+        result.Width = x - at;
+    }
+    return result;
+}
+
 int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CAppointment& item, bool selected)
 {
     Row row = BeginRow(dc, rect, selected);
@@ -124,11 +140,14 @@ int CItemRowPainter::PaintSpecialRow(QPainter* dc, const QRect& rect, const CApp
     } else {
         row.Rest.setLeft(imageX + image.Width() + S(4));
     }
+    const CRowIcons icons = LayOutCategoryIcons(item, row.IconX, row.Full.y(), base);
+    row.Rest.setWidth(std::min(row.Rest.width(), row.IconX - icons.Width - row.Rest.x()));
     const Row measuring{nullptr, row.Full, row.Rest, row.IconX, row.LineHeight, row.IconColumn, selected};
     const int textHeight =
         DrawRowText(measuring, item.Subject, row.Rest, m_setup.Special, m_setup.FontSubject);
     const int height = std::max(base, textHeight);
     DrawPicture(row, imageId, imageX, row.Full.y() + (base - image.Height()) / 2);
+    DrawStatusIcons(row, icons);
     // The first line stands on the image's middle, however many follow.
     const QRect text(row.Rest.x(),
                      row.Full.y() + (m_setup.SingleLine || textHeight > base ? 0 : (base - textHeight) / 2),

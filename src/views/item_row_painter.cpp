@@ -82,20 +82,26 @@ CRowIcons CItemRowPainter::LayOutStatusIcons(const CPimItem& item, int x, int y,
     CRowIcons result;
     result.Bottom = y;
     int at = x;
-    for (const StatusPicture& icon : kStatusPictures) {
-        const CAlphaImage& image = g_ImageStore.Image(icon.ImageId);
-        if (!image.IsValid() || !icon.Shows(item) || int(result.Icons.size()) == kMostItemIcons)
-            continue;
+    const auto place = [&](const CRowIcon& icon, const CAlphaImage& image, int way, int down) {
+        if (!image.IsValid() || int(result.Icons.size()) == kMostItemIcons)
+            return;
         if (!m_setup.SingleLine && result.Icons.size() == kIconsOfALine) {
             at = x;
-            y += lineHeight + D(2);
+            y += lineHeight + down;
         }
         const int top = y + (lineHeight - image.Height()) / 2;
-        result.Icons.push_back({icon.ImageId, {at - image.Width(), top, image.Width(), image.Height()}});
-        at -= image.Width() + S(2);
+        result.Icons.push_back(icon);
+        result.Icons.back().Rect = QRect(at - image.Width(), top, image.Width(), image.Height());
+        at -= image.Width() + way;
         result.Width = std::max(result.Width, x - at);
         result.Bottom = y + lineHeight + D(2);
+    };
+    for (const StatusPicture& icon : kStatusPictures) {
+        if (icon.Shows(item))
+            place({icon.ImageId, {}, nullptr}, g_ImageStore.Image(icon.ImageId), S(2), D(2));
     }
+    for (const CAlphaImage* const picture : CategoryPictures(item))
+        place({0, {}, picture}, *picture, S(3), 2);
     return result;
 }
 
@@ -110,8 +116,12 @@ void CItemRowPainter::DrawPicture(const Row& row, int imageId, int x, int y) con
 
 void CItemRowPainter::DrawStatusIcons(const Row& row, const CRowIcons& icons) const
 {
-    for (const CRowIcon& icon : icons.Icons)
-        DrawPicture(row, icon.ImageId, icon.Rect.x(), icon.Rect.y());
+    for (const CRowIcon& icon : icons.Icons) {
+        if (!icon.Picture)
+            DrawPicture(row, icon.ImageId, icon.Rect.x(), icon.Rect.y());
+        else if (row.Dc)
+            DrawImage(*icon.Picture, *row.Dc, icon.Rect.x(), icon.Rect.y());
+    }
 }
 
 void CItemRowPainter::DrawAllDayImage(Row& row)

@@ -26,8 +26,9 @@ struct CRowPainterSetup {
 
 // An icon at a row's right end.
 struct CRowIcon {
-    int ImageId = 0;
+    int ImageId = 0; // of a status, or
     QRect Rect;
+    const CAlphaImage* Picture = nullptr; // of a category; the image store's
 };
 struct CRowIcons {
     std::vector<CRowIcon> Icons;
@@ -66,6 +67,7 @@ private:
     int MeasureLineWidth(const QString& text, int font);
     QPainter& MeasuringDc(int font);
 
+    static CRowIcons LayOutCategoryIcons(const CPimItem& item, int x, int y, int lineHeight); // on one line
     int DrawTimeText(Row& row, const CAppointment& item, int day);
     void DrawPicture(const Row& row, int imageId, int x, int y) const;
     void DrawStatusIcons(const Row& row, const CRowIcons& icons) const;

@@ -133,14 +133,8 @@ std::vector<CTasksView::CTaskIcon> CTasksView::IconsOf(const CTask& task) const
         if (picture.Shows(task) && g_ImageStore.Image(picture.ImageId).IsValid())
             icons.push_back({picture.ImageId, &g_ImageStore.Image(picture.ImageId)});
     }
-    for (const qint32 number : task.Categories) {
-        const CCategory* const category = PimStore().Categories().FindById(number);
-        if (!category || category->ImageName.isEmpty() || int(icons.size()) >= kMostTaskIcons)
-            continue;
-        const CAlphaImage& icon = g_ImageStore.Icon(category->ImageName);
-        if (icon.IsValid())
-            icons.push_back({0, &icon});
-    }
+    for (const CAlphaImage* const picture : CategoryPictures(task))
+        icons.push_back({0, picture});
     if (int(icons.size()) > kMostTaskIcons)
         icons.resize(kMostTaskIcons);
     return icons;

@@ -2,8 +2,10 @@
 #include <QPainter>
 #include <random>
 
+#include "drawing/image_store.h"
 #include "drawing/paint.h"
 #include "drawing/picture_ids.h"
+#include "pim/pim_store.h"
 #include "views/item_row_painter.h"
 #include "views_fixture.h"
 
@@ -113,6 +115,52 @@ TEST_F(ItemRows, AtMostFiveIconsTheReminderRightmost)
         item->ReminderSet = false;
         EXPECT_EQ(Painter.LayOutStatusIcons(*item, 237, 2, 17).Icons[0].ImageId, PicturePrivate);
     }
+}
+
+TEST_F(ItemRows, CategoryIconsFollowInColourAndTextKeepsOffThem)
+{
+    const COLORREF red = Rgb(250, 1, 2);
+    for (int n = 0; n < 4; ++n) {
+        const QString reference = QStringLiteral("icon %1").arg(n);
+        PimStore().Categories().Add(QStringLiteral("Cat %1").arg(n), 100 + n);
+        PimStore().Categories().SetImageName(100 + n, n == 1 ? QString() : reference);
+        g_ImageStore.PutIcon(reference, MakeSolidImage(16, 16, n ? Rgb(0, 200, 0) : red, 255));
+    }
+    for (const int kind : {kKindAppointment, kKindBirthday}) {
+        for (const bool single : {false, true}) {
+            Init(single);
+            const auto item = Sample();
+            item->Kind = kind;
+            item->AllDay = true;
+            item->Categories.Insert(101);
+            const QImage without = Picture(*item); // a category without an icon shows nothing
+            const int height = LastHeight;
+            for (const int number : {100, 102, 103})
+                item->Categories.Insert(number);
+            EXPECT_EQ(Painter.LayOutStatusIcons(*item, 237, 0, 17).Icons.size(), 3u);
+            for (const bool selected : {false, true}) {
+                const QImage with = Picture(*item, 240, true, selected);
+                EXPECT_EQ(with.pixel(236, 10), qRgb(250, 1, 2)) << kind << single << selected;
+                EXPECT_EQ(with.pixel(237, 10), without.pixel(237, 10));
+            }
+            EXPECT_GE(LastHeight, height);
+            item->Subject = QString(200, u'W');
+            const QImage picture = Picture(*item);
+            for (int y = 0; y < 16; ++y) // the gap between the first two
+                EXPECT_EQ(picture.pixel(237 - 16 - 1, y), kMarker) << kind << single << y;
+        }
+    }
+    Init(true);
+    const auto item = Sample();
+    SetAllIcons(*item);
+    item->Conflict = item->HasAttendees = false;
+    item->Categories.Insert(100);
+    item->Categories.Insert(102);
+    const CRowIcons icons = Painter.LayOutStatusIcons(*item, 237, 0, 17);
+    ASSERT_EQ(icons.Icons.size(), 5u);
+    EXPECT_TRUE(icons.Icons[4].Picture);
+    PimStore().Categories().Close();
+    g_ImageStore.Clear();
 }
 
 TEST_F(ItemRows, TextNeverLiesUnderTheIcons)
