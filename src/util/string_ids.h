@@ -442,6 +442,7 @@ enum StringId : int {
     StrSoftkeyLeft = 51134,
     StrSoftkeyRight = 51135,
     StrSoftkeyNone = 51136,
+    StrSettingsNotSaved = 51137,
 
     // Settings: rows
     StrForceClearType = 51201,
