@@ -24,7 +24,7 @@ namespace
 constexpr int kSpacing = 4, kCellPadding = 4, kSeenMargin = 20;
 constexpr int kHeadingLeft = 6, kHeadingRoom = 10, kEmptyMargin = 12;
 constexpr int kFontHeading = 4, kFontEmpty = 0;
-constexpr quint32 kFrameAlpha = 120; // of black over the selection's colour
+constexpr quint32 kSelectedAlpha = 60; // of the highlight's colour over the ground
 constexpr int kWheelNotch = 120;
 const QLatin1String kPictureSuffix(".png");
 
@@ -172,9 +172,11 @@ void CIconPicker::PaintHeading(QPainter& dc, const QRect& rect, const QString& g
 void CIconPicker::PaintCell(QPainter& dc, const QRect& rect, int icon) const
 {
     if (icon == m_selected) {
+        // A light ground: the pictures' dark ink would vanish in the gradient of other selections.
         const COLORREF highlight = GetHighlightColor();
-        FillSolid(dc, rect, Blend(kColorBlack, highlight, kFrameAlpha));
-        DrawSelectionBackground(dc, rect.adjusted(D(1), D(1), -D(1), -D(1)), highlight);
+        FillSolid(dc, rect, highlight);
+        FillSolid(dc, rect.adjusted(D(2), D(2), -D(2), -D(2)),
+                  Blend(highlight, SystemColor::Window, kSelectedAlpha));
     }
     const CAlphaImage& image = m_icons[size_t(icon)]->Large;
     DrawImage(image, dc, rect.x() + (rect.width() - image.Width()) / 2,
