@@ -16,6 +16,16 @@ std::unique_ptr<IAppointment> OpenAppointment(const CPoomSession& session, quint
         return nullptr;
     return item;
 }
+
+// The occurrence of a series that has an original day; null for the item itself.
+std::unique_ptr<IAppointment> OpenOccurrence(IAppointment& item, int originalDay)
+{
+    std::unique_ptr<IAppointment> occurrence;
+    if (originalDay == 0 || !item.get_IsRecurring() ||
+        !item.GetRecurrencePattern()->GetOccurrence(originalDay, occurrence))
+        return nullptr;
+    return occurrence;
+}
 } // namespace
 
 CPoomSession::CPoomSession(const std::shared_ptr<CPropertyVolume>& volume)
@@ -49,12 +59,8 @@ bool CPimStore::GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int k
     std::unique_ptr<IAppointment> item = OpenAppointment(session, itemId);
     if (!item)
         return true;
-    std::unique_ptr<IAppointment> occurrence;
-    if (occurrenceDay != 0 && item->get_IsRecurring() &&
-        item->GetRecurrencePattern()->GetOccurrence(occurrenceDay, occurrence))
-        note = occurrence->get_Body();
-    else
-        note = item->get_Body();
+    const std::unique_ptr<IAppointment> occurrence = OpenOccurrence(*item, occurrenceDay);
+    note = occurrence ? occurrence->get_Body() : item->get_Body();
     QStringList names;
     IRecipients* recipients = item->get_Recipients();
     for (int i = 1; i <= recipients->get_Count(); ++i)
@@ -73,6 +79,17 @@ bool CPimStore::ReadAttendees(quint32 itemId, std::vector<CAttendee>& attendees)
     IRecipients* recipients = item->get_Recipients();
     for (int i = 1; i <= recipients->get_Count(); ++i)
         attendees.push_back({recipients->Item(i)->get_Name(), recipients->Item(i)->get_Address()});
+    return true;
+}
+
+bool CPimStore::ReadReminderMinutes(CAppointment& item)
+{
+    const CPoomSession session(d->Volume);
+    const std::unique_ptr<IAppointment> stored = OpenAppointment(session, item.ItemId);
+    if (!stored)
+        return false;
+    const std::unique_ptr<IAppointment> occurrence = OpenOccurrence(*stored, item.OriginalDay);
+    item.ReminderMinutes = (occurrence ? *occurrence : *stored).get_ReminderMinutesBeforeStart();
     return true;
 }
 

@@ -78,6 +78,7 @@ public:
     bool GetItemTexts(quint32 itemId, DATE date, int occurrenceDay, int kind, QString& note,
                       QString& attendees);
     bool ReadAttendees(quint32 itemId, std::vector<CAttendee>& attendees);
+    bool ReadReminderMinutes(CAppointment& item); // which the cache does not know; false: left alone
     // The occurrence of an appointment on that day (or the item itself), as the cache would hold
     // it. One that was moved to the day wins over the one that the pattern puts there.
     bool ReadOccurrence(quint32 itemId, int day, CAppointment& item);

@@ -10,6 +10,7 @@
 #include "pim/pim_store.h"
 #include "settings/system_colors.h"
 #include "touch/command_ids.h"
+#include "touch/device_pixels.h"
 #include "touch/virtual_keys.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
@@ -45,7 +46,9 @@ CItemDetailsForm::~CItemDetailsForm() = default;
 
 void CItemDetailsForm::ReadTexts()
 {
-    const auto* appointment = dynamic_cast<const CAppointment*>(m_item.get());
+    auto* appointment = dynamic_cast<CAppointment*>(m_item.get());
+    if (appointment && appointment->ReminderSet)
+        PimStore().ReadReminderMinutes(*appointment);
     PimStore().GetItemTexts(m_item->ItemId, m_item->Start, appointment ? appointment->OriginalDay : 0,
                             m_item->GetKind(), m_note, m_attendees);
     if (m_item->IsRecurring())
@@ -112,35 +115,59 @@ void CItemDetailsForm::CollectLinks()
 {
     const bool hadLinks = m_currentLink >= 0;
     m_links.clear();
+    m_parts.clear();
     for (const auto& line : m_lines) {
+        if (line->Kind != CLine::kText)
+            continue;
+        m_parts.push_back({line.get(), -1});
         for (const CTextLink& link : line->Text.Links()) {
             CLinkPlace place{&link, line->Text.RectsOf(link)};
             for (QRect& rect : place.Rects)
                 rect.translate(line->Rect.topLeft());
+            m_parts.push_back({line.get(), int(m_links.size())});
             m_links.push_back(std::move(place));
         }
     }
     m_currentLink = m_links.empty() ? -1 : hadLinks ? std::min(m_currentLink, int(m_links.size()) - 1) : 0;
 }
 
-// A link that is out of sight is not jumped to: the page scrolls until it is seen.
+int CItemDetailsForm::LinkTop(int link) const
+{
+    const std::vector<QRect>& rects = m_links[size_t(link)].Rects;
+    return m_scroller.Scroll() + (rects.empty() ? 0 : rects.front().top());
+}
+
+int CItemDetailsForm::LinkBottom(int link) const
+{
+    const std::vector<QRect>& rects = m_links[size_t(link)].Rects;
+    return m_scroller.Scroll() + (rects.empty() ? 0 : rects.back().bottom());
+}
+
+// A link that is out of sight is not jumped to: the page scrolls until it is seen. Links that a finger
+// has scrolled past the other edge are passed over.
 void CItemDetailsForm::MoveLink(int direction)
 {
-    const int step = LineHeight(g_ImageStore.Font(0));
-    const int next = m_currentLink + direction;
-    if (m_currentLink < 0 || next < 0 || next >= int(m_links.size())) {
-        m_scroller.ScrollBy(-direction * step);
-        return;
-    }
-    const std::vector<QRect>& rects = m_links[size_t(next)].Rects;
-    const int top = m_scroller.Scroll() + (rects.empty() ? 0 : rects.front().top());
-    const int bottom = m_scroller.Scroll() + (rects.empty() ? 0 : rects.back().bottom());
-    if (direction < 0 ? top < 0 : bottom >= m_scroller.Height()) {
+    const int step = LineHeight(g_ImageStore.Font(0)), count = int(m_links.size());
+    const auto isPassed = [&](int link) {
+        return direction > 0 ? LinkBottom(link) < 0 : LinkTop(link) >= m_scroller.Height();
+    };
+    int next = m_currentLink + direction;
+    while (m_currentLink >= 0 && next >= 0 && next < count && isPassed(next))
+        next += direction;
+    if (m_currentLink < 0 || next < 0 || next >= count ||
+        (direction < 0 ? LinkTop(next) < 0 : LinkBottom(next) >= m_scroller.Height())) {
         m_scroller.ScrollBy(-direction * step);
         return;
     }
     m_currentLink = next;
     m_scroller.Redraw(true);
+}
+
+void CItemDetailsForm::FollowLink(int link)
+{
+    m_currentLink = link;
+    m_scroller.Redraw(true);
+    Activate(*m_links[size_t(link)].Link);
 }
 
 void CItemDetailsForm::Activate(const CTextLink& link)
@@ -195,9 +222,7 @@ void CItemDetailsForm::OnTap(quint32, int x, int y)
                 return rect.adjusted(-slack, -slack, slack, slack).contains(x, y);
             }))
             continue;
-        m_currentLink = int(i);
-        m_scroller.Redraw(true);
-        return Activate(*m_links[i].Link);
+        return FollowLink(int(i));
     }
 }
 
@@ -219,6 +244,29 @@ void CItemDetailsForm::OnLButtonUp(QPoint at)
 void CItemDetailsForm::OnWheel(int angle)
 {
     m_scroller.ScrollBy(angle * kWheelLines * LineHeight(g_ImageStore.Font(0)) / kWheelNotch);
+}
+
+// ---- accessibility
+
+CPaintedPart CItemDetailsForm::ContentPart(int index) const
+{
+    const CPart& source = m_parts[size_t(index)];
+    const CLinkPlace* const link = source.Link >= 0 ? &m_links[size_t(source.Link)] : nullptr;
+    CPaintedPart part;
+    part.Name = link ? link->Link->Text : source.Line->Text.Text();
+    part.Role = link ? QAccessible::Link : QAccessible::StaticText;
+    part.Pressable = link != nullptr;
+    part.Selected = link && source.Link == m_currentLink;
+    const QRect rect = link && !link->Rects.empty() ? link->Rects.front() : source.Line->Rect;
+    const QPoint origin = Layout().Client.topLeft() + QPoint(0, m_scroller.Scroll());
+    part.Rect = ToLogical(rect.translated(origin), CurrentFactor());
+    return part;
+}
+
+void CItemDetailsForm::PressContentPart(int index)
+{
+    if (const int link = m_parts[size_t(index)].Link; link >= 0)
+        FollowLink(link);
 }
 
 void ShowItemDetails(const CPimItem& item, QWidget* owner)

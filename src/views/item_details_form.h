@@ -42,6 +42,9 @@ protected:
     void OnMouseMove(QPoint at) override;
     void OnLButtonUp(QPoint at) override;
     void OnWheel(int angle) override;
+    int ContentPartCount() const override { return int(m_parts.size()); }
+    CPaintedPart ContentPart(int index) const override;
+    void PressContentPart(int index) override;
 
 private:
     // A part of the page at its place in the content.
@@ -73,6 +76,9 @@ private:
     void AddMarks();
     void CollectLinks();
     void MoveLink(int direction);
+    int LinkTop(int link) const; // and bottom, both from the page's visible top edge
+    int LinkBottom(int link) const;
+    void FollowLink(int link); // as a tap on it does
     void Activate(const CTextLink& link);
     void Edit();
 
@@ -84,6 +90,11 @@ private:
     int m_labelWidth = 0;
     std::vector<std::unique_ptr<CLine>> m_lines;
     std::vector<CLinkPlace> m_links;
+    struct CPart {
+        const CLine* Line;
+        int Link; // of the line, -1: the line itself
+    };
+    std::vector<CPart> m_parts; // for readers of the screen: each text, behind it its links
     int m_laidOutWidth = -1, m_laidOutMultiple = 0;
     int m_y = 0; // while laying out; then the content's height
 };

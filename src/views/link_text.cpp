@@ -42,6 +42,11 @@ void CLinkText::Set(const QString& text, const QFont& font, int width, int group
     m_width = int(std::ceil(widest));
 }
 
+QString CLinkText::Text() const
+{
+    return m_layout.text().replace(QChar::LineSeparator, u'\n');
+}
+
 std::vector<QRect> CLinkText::RectsOf(const CTextLink& link) const
 {
     std::vector<QRect> rects;

@@ -19,6 +19,7 @@ public:
     void Set(const QString& text, const QFont& font, int width, int group);
     int Height() const { return m_height; } // 0 for an empty text
     int Width() const { return m_width; }   // of the longest line
+    QString Text() const;                   // its lines end in LF
     const CTextLinkList& Links() const { return m_links; }
     // The parts of a link, one for each line that it runs over.
     std::vector<QRect> RectsOf(const CTextLink& link) const;

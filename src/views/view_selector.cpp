@@ -89,3 +89,8 @@ void CViewSelector::OnLButtonUp(QPoint at)
     if (const int cell = m_grid.HitTest(at); cell >= 0)
         EndWith(cell);
 }
+
+CPaintedPart CViewSelector::ContentPart(int index) const
+{
+    return CellPart(m_grid, index, CurrentFactor());
+}

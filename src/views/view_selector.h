@@ -19,6 +19,9 @@ protected:
     void OnKey(int key) override;
     void OnLButtonDown(QPoint at) override;
     void OnLButtonUp(QPoint at) override;
+    int ContentPartCount() const override { return m_grid.GetCount(); }
+    CPaintedPart ContentPart(int index) const override;
+    void PressContentPart(int index) override { EndWith(index); }
 
 private:
     void EndWith(int index);

@@ -70,6 +70,34 @@ protected:
         return texts;
     }
 
+    // What the page says, as a reader of the screen is told it: texts, and links in brackets.
+    static QString Said(CItemDetailsForm& form)
+    {
+        QStringList said;
+        for (int i = 0; i < form.GetPartCount(); ++i) {
+            const CPaintedPart part = form.GetPart(i);
+            if (part.Role == QAccessible::StaticText)
+                said << part.Name;
+            else if (part.Role == QAccessible::Link)
+                said << '[' + part.Name + ']';
+        }
+        return said.join('|');
+    }
+    QString Said(const CAppointment& item)
+    {
+        CItemDetailsForm form(item, {});
+        QString said;
+        Run(form, [&] { said = Said(form); });
+        return said;
+    }
+    QString Said(const CTask& item)
+    {
+        CItemDetailsForm form(item, {});
+        QString said;
+        Run(form, [&] { said = Said(form); });
+        return said;
+    }
+
     QTemporaryDir m_folder;
     std::shared_ptr<CPropertyVolume> m_volume;
     std::unique_ptr<IPOutlookApp> m_app;
@@ -189,6 +217,95 @@ TEST_F(ItemDetails, StandsWithoutItsItemAtAnySize)
     });
 }
 
+TEST_F(ItemDetails, SaysAllOfAnAppointment)
+{
+    const auto stored = m_app->CreateAppointment();
+    stored->put_Subject("Meeting");
+    stored->put_Location("Room 12");
+    stored->put_Start(kToday + 10.0 / 24);
+    stored->put_End(kToday + 11.5 / 24);
+    stored->put_Body("Bring plans");
+    stored->put_BusyStatus(3);
+    stored->put_Categories("Work, Home");
+    stored->put_ReminderSet(true);
+    stored->put_ReminderMinutesBeforeStart(90);
+    stored->get_Recipients()->Add("Ann");
+    stored->get_Recipients()->Add("Bob");
+    ASSERT_TRUE(stored->Save());
+    CAppointment item(kKindAppointment, CAppointment::Blank{});
+    ASSERT_TRUE(PimStore().ReadOccurrence(stored->get_Oid(), kToday, item));
+    EXPECT_EQ(Said(item).toStdString(),
+              "Meeting|Room 12|10:00 AM - 11:30 AM|Tue, 3/17/2026|Status: |Out of Office|Attendees: |Ann; "
+              "Bob|Categories: |Work, Home|Tue, 3/17/2026 8:30 AM|Bring plans");
+}
+
+// The series keeps when it reminds; each occurrence counts from its own start.
+TEST_F(ItemDetails, AnOccurrenceRemindsBeforeItself)
+{
+    const auto stored = m_app->CreateAppointment();
+    stored->put_Subject("Weekly");
+    stored->put_Start(kToday + 10.0 / 24);
+    stored->put_End(kToday + 11.0 / 24);
+    stored->put_ReminderSet(true);
+    stored->put_ReminderMinutesBeforeStart(60 * 24);
+    IRecurrencePattern* const pattern = stored->GetRecurrencePattern();
+    pattern->put_RecurrenceType(OlRecurs::Weekly);
+    pattern->put_DayOfWeekMask(4);
+    pattern->put_PatternStartDate(kToday);
+    pattern->put_StartTime(10.0 / 24);
+    pattern->put_EndTime(11.0 / 24);
+    ASSERT_TRUE(stored->Save());
+    CAppointment item(kKindAppointment, CAppointment::Blank{});
+    ASSERT_TRUE(PimStore().ReadOccurrence(stored->get_Oid(), kToday + 7, item));
+    const QString said = Said(item);
+    EXPECT_TRUE(said.contains("|Tue, 3/24/2026|")) << said.toStdString();
+    EXPECT_TRUE(said.endsWith("|Mon, 3/23/2026 10:00 AM")) << said.toStdString();
+}
+
+TEST_F(ItemDetails, PressingAPartFollowsTheLink)
+{
+    const CAppointment item = Stored("mail ann@example.org");
+    CItemDetailsForm form(item, {});
+    Run(form, [&] {
+        EXPECT_TRUE(Said(form).startsWith("Call 555-1234 first|[555-1234]|www.example.org/room|["))
+            << Said(form).toStdString();
+        for (int i = 0; i < form.GetPartCount(); ++i) {
+            const CPaintedPart part = form.GetPart(i);
+            EXPECT_EQ(part.Pressable, part.Role != QAccessible::StaticText) << part.Name.toStdString();
+            if (part.Role == QAccessible::Link)
+                form.PressPart(i);
+        }
+        EXPECT_EQ(form.CurrentLink(), 2);
+    });
+    EXPECT_EQ(m_started, QStringList({"xdg-open tel:5551234", "xdg-open http://www.example.org/room",
+                                      "xdg-open mailto:ann@example.org"}));
+}
+
+// A finger has scrolled on: the key takes the first link in sight, not one that nobody sees.
+TEST_F(ItemDetails, KeysPassLinksThatWereScrolledAway)
+{
+    QString note = "one@example.org\n";
+    for (int i = 0; i < 60; ++i)
+        note += QString("line\nlink%1@example.org\n").arg(i);
+    const CAppointment item = Stored(note);
+    CItemDetailsForm form(item, {});
+    const auto isSeen = [&] {
+        const QRect place =
+            form.Links()[size_t(form.CurrentLink())].Rects.front().translated(0, form.Scroller().Scroll());
+        return place.bottom() >= 0 && place.top() < form.Scroller().Height();
+    };
+    Run(form, [&] {
+        form.Scroller().ScrollBy(-600);
+        QTest::keyClick(&form, Qt::Key_Down);
+        EXPECT_GT(form.CurrentLink(), 10);
+        EXPECT_TRUE(isSeen());
+        form.Scroller().ScrollBy(400);
+        QTest::keyClick(&form, Qt::Key_Up);
+        EXPECT_TRUE(isSeen());
+        EXPECT_GT(form.CurrentLink(), 3);
+    });
+}
+
 // Its end is the midnight after that.
 TEST_F(ItemDetails, AnAllDayEventEndsOnItsLastDay)
 {
@@ -210,9 +327,11 @@ TEST_F(ItemDetails, TasksOfAllDates)
         DATE Start, Due;
         bool Complete;
         int Priority;
-    } kCases[] = {{NO_DATE, NO_DATE, false, 2},
-                  {NO_DATE, double(kToday), true, 0},
-                  {double(kToday - 3), double(kToday), false, 1}};
+        const char* Said;
+    } kCases[] = {{NO_DATE, NO_DATE, false, 2, "Active task|Undated task"},
+                  {double(kToday), NO_DATE, false, 2, "Active task|Undated task"},
+                  {NO_DATE, double(kToday), true, 0, "Completed task|Due 3/17/2026, Tue"},
+                  {double(kToday - 3), double(kToday), false, 1, "Active task|3/14/2026 - 3/17/2026"}};
     for (const auto& c : kCases) {
         CCalendarTask task;
         task.Subject = "task 123456";
@@ -220,7 +339,10 @@ TEST_F(ItemDetails, TasksOfAllDates)
         task.End = c.Due;
         task.Complete = c.Complete;
         task.Priority = c.Priority;
-        CItemDetailsForm form(task, {});
-        Run(form, [&] { EXPECT_EQ(TextsOf(form), QStringList("123456")); });
+        EXPECT_EQ(Said(task).toStdString(), std::string("task 123456|[123456]|") + c.Said);
+        task.ReminderSet = true;
+        task.ReminderTime = kToday - 0.5;
+        EXPECT_EQ(Said(task).toStdString(),
+                  std::string("task 123456|[123456]|") + c.Said + "|Mon, 3/16/2026 12:00 PM");
     }
 }

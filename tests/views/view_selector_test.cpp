@@ -66,3 +66,14 @@ TEST_F(ViewSelector, TapsChooseOnCellsOnly)
                   kOpen - 1);
     }
 }
+
+TEST_F(ViewSelector, ReadersOfTheScreenPressItsCells)
+{
+    EXPECT_EQ(Choose(1, kSize,
+                     [](CViewSelector& s) {
+                         EXPECT_EQ(s.GetPart(5).Name, "6 - Search");
+                         EXPECT_TRUE(s.GetPart(1).Selected);
+                         s.PressPart(5);
+                     }),
+              5);
+}
