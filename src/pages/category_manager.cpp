@@ -21,6 +21,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QRegularExpressionValidator>
 #include <algorithm>
 
 namespace
@@ -43,6 +44,8 @@ CCategoryManager::CCategoryManager(Mode mode, const CCategorySet& checked)
         m_lines.push_back({category->Id, category->Name, checked.Contains(category->Id)});
     LightenControl(*m_edit);
     m_edit->setMaxLength(kLongestName);
+    // Items carry their categories as one text, in which commas part the names.
+    m_edit->setValidator(new QRegularExpressionValidator(QRegularExpression("[^,]*"), m_edit));
     m_edit->setAccessibleName(GetString(StrCategoryColumn));
     m_edit->setPlaceholderText(GetString(StrAddNewCategory));
     m_edit->setInputMethodHints(TextInputHints());

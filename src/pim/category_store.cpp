@@ -5,6 +5,7 @@
 #include "settings/settings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -27,13 +28,13 @@ void CCategoryStore::Close()
     m_categories.clear();
     m_byId.clear();
     m_missing.clear();
+    m_localNames.clear();
     m_walking = false;
 }
 
 void CCategoryStore::Load()
 {
-    const CList before = std::move(m_categories);
-    m_categories.clear();
+    const CList before = std::exchange(m_categories, {});
     m_byId.clear();
     m_missing.clear();
     CPimDatabase database;
@@ -45,11 +46,19 @@ void CCategoryStore::Load()
                 Add(rows[1].Text, qint32(rows[0].Number));
         }
     }
-    // An editor may hold the number of one that is not stored yet.
-    for (const auto& category : before) {
-        if (category->Id < 0)
-            Add(category->Name, category->Id);
+    // An editor or a filter may hold the number of one that is not stored yet, or was not.
+    for (const auto& [id, name] : m_localNames)
+        Add(name, id);
+    // A look that was chosen but not saved yet is in memory alone.
+    for (const auto& old : before) {
+        if (const auto at = Place(old->Name);
+            at != m_categories.end() && CompareText((*at)->Name, old->Name) == 0) {
+            (*at)->Color = old->Color;
+            (*at)->ImageName = old->ImageName;
+        }
     }
+    PutStoredNumbers(g_Settings.m_filters);
+    PutStoredNumbers(g_Settings.m_activeFilter);
 }
 
 // ---- names and numbers
@@ -82,6 +91,7 @@ const CCategory* CCategoryStore::AddLocal(const QString& name)
 {
     if (const CCategory* known = FindByName(name))
         return known;
+    m_localNames[m_nextLocalId] = name;
     return Add(name, m_nextLocalId--);
 }
 
@@ -142,6 +152,22 @@ QString CCategoryStore::GetNamesText(const CCategorySet& set) const
             text += (text.isEmpty() ? QString() : QStringLiteral(", ")) + category->Name;
     }
     return text;
+}
+
+void CCategoryStore::PutStoredNumbers(CFilter& filter) const
+{
+    for (std::set<qint32>* ids : {&filter.IncludeIds, &filter.ExcludeIds}) {
+        for (const auto& [id, name] : m_localNames) {
+            if (const CCategory* category = FindById(id); category && ids->erase(id))
+                ids->insert(category->Id);
+        }
+    }
+}
+
+void CCategoryStore::PutStoredNumbers(std::vector<CFilter>& filters) const
+{
+    for (CFilter& filter : filters)
+        PutStoredNumbers(filter);
 }
 
 CCategorySet CCategoryStore::GetSetOfNames(const QString& names) const

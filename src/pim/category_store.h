@@ -7,6 +7,7 @@
 #include "pim/pim_database.h"
 #include "settings/category_names.h"
 
+#include <map>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -22,6 +23,7 @@ struct CCategory {
     QString ImageName;
 };
 
+class CFilter;
 class CSettings;
 
 class CCategoryStore : public ICategoryNames
@@ -40,9 +42,12 @@ public:
     void SetColor(qint32 id, COLORREF color);
     void SetImageName(qint32 id, const QString& reference);
     void SaveColorsAndImages(CSettings& settings) const; // into its map, and that to its file
-    void BeginPass(); // what was read ahead may be old: look anew
+    void BeginPass();                                    // what was read ahead may be old: look anew
     void ReadItemCategories(CCategorizedRecord& item);
-    QString GetNamesText(const CCategorySet& set) const;    // joined by ", "
+    QString GetNamesText(const CCategorySet& set) const; // joined by ", "
+    // A category that was made here has a number of its own until an item with it is saved; this
+    // turns such numbers into the stored ones, once there are.
+    void PutStoredNumbers(std::vector<CFilter>& filters) const;
     CCategorySet GetSetOfNames(const QString& names) const; // of such a text; unknown names are dropped
 
     std::optional<qint32> NumberOf(const QString& name) const override;
@@ -54,8 +59,10 @@ private:
     void ReadAssociation();
     void SeekAssociation(quint32 itemId);
     void RequireKnown(qint32 number);
+    void PutStoredNumbers(CFilter& filter) const;
 
     qint32 m_nextLocalId = -1;
+    std::map<qint32, QString> m_localNames; // of those made here, for as long as the volume is open
     CList m_categories;
     std::unordered_map<qint32, CCategory*> m_byId;
     std::unordered_set<qint32> m_missing; // looked for in vain since the last load

@@ -64,6 +64,42 @@ TEST_F(Categories, ANewOneIsLocalUntilItIsStored)
     EXPECT_EQ(store.FindByName("Garden")->Id, 7);
     EXPECT_EQ(store.FindById(first)->Name, "Garden"); // an editor may still hold the number
     EXPECT_EQ(store.GetCount(), 2);
+    store.Load();
+    EXPECT_EQ(store.FindById(first)->Id, 7); // however often
+}
+
+TEST_F(Categories, AFilterFollowsALocalOneIntoTheStore)
+{
+    OpenStore();
+    CCategoryStore& store = m_store.Categories();
+    const qint32 garden = store.AddLocal("Garden")->Id, boat = store.AddLocal("Boat")->Id;
+    g_Settings.m_filters.assign(2, CFilter());
+    g_Settings.m_filters[1].IncludeIds = {garden, 3};
+    g_Settings.m_filters[1].ExcludeIds = {boat};
+    std::vector<CFilter> copy = g_Settings.m_filters; // of a form that is open
+    WriteCategory(7, "garden");
+    store.Load();
+    EXPECT_EQ(g_Settings.m_filters[1].IncludeIds, (std::set<qint32>{3, 7}));
+    EXPECT_EQ(g_Settings.m_filters[1].ExcludeIds, std::set<qint32>{boat});
+    store.PutStoredNumbers(copy);
+    EXPECT_EQ(copy[1].IncludeIds, (std::set<qint32>{3, 7}));
+    g_Settings.m_filters.clear();
+}
+
+TEST_F(Categories, ALookThatIsNotSavedYetOutlivesANotice)
+{
+    WriteCategory(1, "Work");
+    OpenStore();
+    CCategoryStore& store = m_store.Categories();
+    store.SetColor(1, 0x00FF00);
+    store.SetImageName(1, "zip:a|b|c");
+    WriteCategory(2, "Club");
+    store.Load();
+    EXPECT_EQ(store.FindByName("Work")->Color, 0x00FF00u);
+    EXPECT_EQ(store.FindByName("Work")->ImageName, "zip:a|b|c");
+    EXPECT_EQ(store.FindByName("Club")->Color, kColorNotSet);
+    OpenStore(); // the program's next start
+    EXPECT_EQ(store.FindByName("Work")->Color, kColorNotSet);
 }
 
 TEST_F(Categories, OfItemsInAnyOrderOfReading)
