@@ -28,6 +28,7 @@ namespace
 {
 // Design pixels.
 constexpr int kBoxLeft = 2, kNameLeft = 22, kEmptyLeft = 20, kIconColumn = 40, kRightRoom = 2, kColumnGap = 4;
+constexpr int kFingerWidth = 40; // the box's column is small for a finger
 constexpr int kPictureLeft = 13; // in the icon's column
 constexpr int kHeadMargin = 6, kEditHeight = 28, kBoxSize = 16;
 constexpr int kFontText = 0, kFontSmall = 3;
@@ -256,8 +257,8 @@ void CCategoryManager::OnRowTapped(int index, int x, bool)
         SetColor();
     else if (within(IconColumn(index)))
         SetIcon();
-    else if (x < ColorColumn(index).x() - left - D(kColumnGap))
-        Toggle(index); // the name too: a box alone is small for a finger
+    else if (x < D(kFingerWidth))
+        Toggle(index);
 }
 
 void CCategoryManager::OnRowEntered(int index)
@@ -373,7 +374,7 @@ void CCategoryManager::RunMenu()
             menu.AddRow(StrSetColor, CmdSetColor, PictureEdit);
         menu.AddRow(StrRemoveColor, CmdRemoveColor, PictureDelete);
     }
-    if (!m_edit->text().trimmed().isEmpty())
+    if (adding && !m_edit->text().trimmed().isEmpty())
         menu.AddRow(StrAddNewCategory, CmdAddCategory, PictureAdd);
     menu.AddRow(StrCancel, CmdCategoriesCancel, PictureCancel);
     const int command = menu.Run(this);

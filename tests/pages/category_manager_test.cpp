@@ -54,7 +54,10 @@ TEST_F(CategoryManager, ChecksByFingerAndKey)
         EXPECT_EQ(dialog.LineText(0), "Family");
         EXPECT_TRUE(dialog.IsChecked(0));
         Click(dialog, dialog.BoxColumn(0).center());
-        Click(dialog, dialog.RowRect(2).center());
+        Click(dialog, dialog.RowRect(2).center()); // the name: selects alone
+        EXPECT_FALSE(dialog.IsChecked(2));
+        EXPECT_EQ(dialog.GetSelected(), 2);
+        QTest::keyClick(&dialog, Qt::Key_Return);
         QTest::keyClick(&dialog, Qt::Key_Up);
         QTest::keyClick(&dialog, Qt::Key_Return);
         QTest::keyClick(&dialog, Qt::Key_F1);
