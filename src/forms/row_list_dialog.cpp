@@ -19,7 +19,7 @@ constexpr int kFontText = 0;
 constexpr int kWheelNotch = 120;
 } // namespace
 
-int CRowListDialog::RowHeight()
+int CRowListDialog::RowHeight() const
 {
     return D(kRowHeight);
 }

@@ -9,7 +9,7 @@
 class CRowListDialog : public CFormDialog, private ITouchClient
 {
 public:
-    static int RowHeight();         // with the hair line under it
+    virtual int RowHeight() const;  // of each, with the hair line under it
     QRect RowRect(int index) const; // in the dialog's surface, scrolled
     int GetSelected() const { return m_selected; }
     void Select(int index); // brings it into view; the nearest one there is

@@ -1,11 +1,12 @@
 #include "pages/settings_sheet.h"
+#include "drawing/image_store.h"
+#include "drawing/paint.h"
 #include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
 #include "forms/question.h"
 #include "pages/about_page.h"
 #include "pages/category_manager.h"
 #include "pages/settings_page.h"
-#include "touch/virtual_keys.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
@@ -14,102 +15,59 @@
 
 namespace
 {
-constexpr int kMargin = 10; // design pixels
-constexpr int kUprightColumns = 2, kWideColumns = 5;
+constexpr int kMargin = 8, kInset = 4; // design pixels
 // In the order of the cells.
 constexpr int kPictures[CSettingsSheet::kCellCount] = {
-    PictureSettingsGeneral, PictureSettingsDaily, PictureSettingsList,          PictureSettingsWeekly,
-    PictureSettingsMonthly, PictureSettingsTasks, PictureSettingsCalendarTasks, PictureSettingsColors,
+    PictureSettingsGeneral,    PictureSettingsDaily, PictureSettingsList,          PictureSettingsWeekly,
+    PictureSettingsMonthly,    PictureSettingsTasks, PictureSettingsCalendarTasks, PictureSettingsColors,
     PictureSettingsCategories, PictureSettingsAbout};
 } // namespace
 
 CSettingsSheet::CSettingsSheet(int startPage)
-    : CFormDialog(GetString(StrCalendarSettings)), m_settings(g_Settings),
-      m_cells(kUprightColumns, kCellCount / kUprightColumns), m_startPage(startPage)
+    : CRowListDialog(GetString(StrCalendarSettings)), m_settings(g_Settings), m_startPage(startPage)
 {
-    for (int cell = 0; cell < kCellCount; ++cell)
-        m_cells.AddCell({GetString(StrCellGeneral + cell), {}, kPictures[cell]});
 }
 
-// ---- layout and paint
-
-int CSettingsSheet::ContentHeight(int width)
+int CSettingsSheet::RowHeight() const
 {
-    m_cells.SetShape(kUprightColumns, kCellCount / kUprightColumns);
-    return m_cells.HeightFor(width - 2 * D(kMargin)) + 2 * D(kMargin);
+    return g_ImageStore.Image(PictureSettingsGeneral).Height() + 2 * D(kInset);
 }
 
-void CSettingsSheet::OnLayout(const QRect& client)
+void CSettingsSheet::PaintRow(QPainter& dc, int index, const QRect& rect, bool selected)
 {
-    const int columns = client.width() > client.height() ? kWideColumns : kUprightColumns;
-    m_cells.SetShape(columns, kCellCount / columns);
-    m_cells.SetArea(client.adjusted(D(kMargin), D(kMargin), -D(kMargin), -D(kMargin)));
+    const CAlphaImage& picture = g_ImageStore.Image(kPictures[index]);
+    const QRect place(rect.x() + D(kMargin), rect.y() + (rect.height() - picture.Height()) / 2, picture.Width(),
+                      picture.Height());
+    DrawImage(picture, dc, place.x(), place.y());
+    const int left = place.x() + place.width() + D(kMargin);
+    PaintRowText(dc, GetString(StrCellGeneral + index),
+                 {left, rect.y(), rect.x() + rect.width() - D(kMargin) - left, rect.height()}, selected);
 }
 
-void CSettingsSheet::PaintContent(QPainter& dc, const QRect&)
+CPaintedPart CSettingsSheet::RowPart(int index) const
 {
-    m_cells.Paint(dc);
+    return {.Name = GetString(StrCellGeneral + index), .Role = QAccessible::Button};
 }
-
-CPaintedPart CSettingsSheet::ContentPart(int index) const
-{
-    return CellPart(m_cells, index, CurrentFactor());
-}
-
-// ---- input
 
 void CSettingsSheet::TakeFocus()
 {
-    CFormDialog::TakeFocus();
-    if (m_startPage < 0 || m_startPage >= kNoPage)
+    CRowListDialog::TakeFocus();
+    const int page = std::exchange(m_startPage, int(kNoPage));
+    if (page < 0 || page >= kNoPage)
         return;
-    m_cells.Select(m_startPage);
+    Select(page);
     // Once this page stands.
-    QMetaObject::invokeMethod(this, [this] { Open(std::exchange(m_startPage, kNoPage)); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this, page] { OnRowEntered(page); }, Qt::QueuedConnection);
 }
 
-void CSettingsSheet::PressContentPart(int index)
+void CSettingsSheet::OnRowTapped(int index, int, bool)
 {
-    m_cells.Select(index);
-    update();
-    Open(index);
-}
-
-void CSettingsSheet::OnKey(int key)
-{
-    if (key == kKeyReturn)
-        Open(m_cells.GetSelected());
-    else if (m_cells.OnKey(key))
-        update();
-}
-
-void CSettingsSheet::OnLButtonDown(QPoint at)
-{
-    m_pressed = m_cells.HitTest(at);
-    if (m_pressed >= 0) {
-        m_cells.Select(m_pressed);
-        update();
-    }
-}
-
-void CSettingsSheet::OnLButtonUp(QPoint at)
-{
-    const int pressed = std::exchange(m_pressed, -1);
-    if (pressed >= 0 && m_cells.HitTest(at) == pressed)
-        Open(pressed);
-}
-
-void CSettingsSheet::Open(int cell)
-{
-    if (cell < 0 || cell >= kCellCount)
-        return;
-    if (cell < kSettingsPageCount)
-        CSettingsPage(SettingsPageId(cell), m_settings).Run(this);
-    else if (cell == kCategories)
+    if (index < kSettingsPageCount)
+        CSettingsPage(SettingsPageId(index), m_settings).Run(this);
+    else if (index == kCategories)
         CCategoryManager().Run(this);
-    else if (cell == kAbout)
+    else if (index == kAbout)
         CAboutPage().Run(this);
-    setFocus();
 }
 
 void CSettingsSheet::OnDone()
