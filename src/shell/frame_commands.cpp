@@ -66,6 +66,7 @@ CMainFrame::Handler CMainFrame::FindHandler(int command)
         {CmdTasksSort2Menu, &CMainFrame::CmdTellTasksView},
         {CmdTasksSort3Menu, &CMainFrame::CmdTellTasksView},
         {CmdFilterMenu, &CMainFrame::CmdOpenFilterMenu},
+        {CmdManageFilters, &CMainFrame::CmdManageFilterList},
         {CmdOpenItem, &CMainFrame::CmdOpenSelected},
         {CmdExit, &CMainFrame::CmdExitProgram},
         {CmdShowDaily, &CMainFrame::CmdShowKind},

@@ -1,5 +1,6 @@
 // The frame's menus: the finger menu of the view, the filters, and the menu under the right button.
 #include "drawing/picture_ids.h"
+#include "pages/filter_manager.h"
 #include "settings/settings.h"
 #include "shell/main_frame.h"
 #include "touch/command_ids.h"
@@ -97,8 +98,28 @@ void CMainFrame::CmdOpenFilterMenu(int)
 
 void CMainFrame::CmdChooseFilter(int command)
 {
+    ApplyFilter(command - CmdFilterFirst);
+}
+
+// What the form shows last is what is wanted next.
+void CMainFrame::CmdManageFilterList(int)
+{
+    std::vector<CFilter> filters = g_Settings.m_filters;
+    if (filters.empty())
+        return;
+    CFilterManager manager(filters, g_Settings.m_currentFilterIndex);
+    if (manager.Run(this) != CFormDialog::kDone || !m_up)
+        return;
+    PimStore().Categories().PutStoredNumbers(filters);
+    g_Settings.m_filters = std::move(filters);
+    ApplyFilter(manager.GetIndex());
+    g_Settings.Save();
+}
+
+void CMainFrame::ApplyFilter(int index)
+{
     CWaitCursor wait;
-    g_Settings.SetActiveFilter(command - CmdFilterFirst);
+    g_Settings.SetActiveFilter(index);
     PimStore().ReapplyFilter();
     if (CCalendarView* view = CurrentView())
         view->Refresh();

@@ -121,6 +121,7 @@ private:
     void UpdateViewButton();
     int ViewOfButton() const;
     void RunMenu(CTouchMenu& menu);
+    void ApplyFilter(int index);
     void BuildSoftKeys();
     void UpdateKeysAt(QPoint logical, bool pressed);
     void Invalidate(const QRect& surface);
@@ -140,6 +141,7 @@ private:
     void CmdOpenMenu(int);
     void CmdOpenFilterMenu(int);
     void CmdChooseFilter(int command);
+    void CmdManageFilterList(int);
     void CmdOpenSelected(int);
     void CmdSortTasks(int command);
     void CmdTellTasksView(int command);
