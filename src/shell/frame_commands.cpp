@@ -69,6 +69,7 @@ CMainFrame::Handler CMainFrame::FindHandler(int command)
         {CmdManageFilters, &CMainFrame::CmdManageFilterList},
         {CmdOpenItem, &CMainFrame::CmdOpenSelected},
         {CmdExit, &CMainFrame::CmdExitProgram},
+        {CmdSettings, &CMainFrame::CmdOpenSettings},
         {CmdShowDaily, &CMainFrame::CmdShowKind},
         {CmdShowList, &CMainFrame::CmdShowKind},
         {CmdShowMonthly, &CMainFrame::CmdShowKind},

@@ -2,6 +2,7 @@
 #include "drawing/image_store.h"
 #include "drawing/screen_metrics.h"
 #include "forms/form_dialog.h"
+#include "pages/settings_sheet.h"
 #include "settings/settings.h"
 #include "shell/command_request.h"
 #include "shell/locale_name.h"
@@ -81,6 +82,37 @@ void CMainFrame::Shutdown(bool quit)
         PimStore().Shutdown(); // which lets go of our timers
     if (quit)
         QApplication::quit();
+}
+
+void CMainFrame::CmdOpenSettings(int)
+{
+    if (m_saveSettingsOnExit)
+        g_Settings.Save();
+    if (CSettingsSheet().Run(this) == CFormDialog::kDone)
+        QTimer::singleShot(0, this, [this] { Rebuild(); });
+}
+
+// Everything anew from the settings, once nothing of the old is on the stack any more.
+void CMainFrame::Rebuild()
+{
+    if (!m_up)
+        return;
+    if (IsBusy()) {
+        QTimer::singleShot(kUnwindMs, this, [this] { Rebuild(); });
+        return;
+    }
+    const CWaitCursor wait;
+    const bool followed = m_notices != nullptr;
+    Shutdown(false);
+    g_CommandRequest = CCommandRequest(); // the one of the start has been served
+    m_previousView = -1;
+    if (!OnCreate())
+        return;
+    if (followed)
+        StartNotices();
+    UpdateWatchers();
+    UpdateTitle();
+    update();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event)

@@ -109,6 +109,7 @@ private:
 
     void FetchMetrics();
     void LoadLook();
+    void Rebuild();
     bool ServeStartupRequest(const CCommandRequest& request);
     // Edits or creates what the request names, over the window or as one.
     DATE ApplyStartRequest(const CCommandRequest& request);
@@ -155,6 +156,7 @@ private:
     void CmdToggleSelected(int);
     void CmdPressViewButton(int);
     void CmdPickDate(int);
+    void CmdOpenSettings(int);
     void CmdBeamItem(int);
     void CmdShowPrevious(int);
     void CmdRebuildKeys(int);
