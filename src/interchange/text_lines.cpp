@@ -7,6 +7,7 @@
 namespace
 {
 constexpr size_t kOctets = 75;
+constexpr size_t kEncodedOctet = 3; // "=C3"
 constexpr FileTime kUnixEpoch = 116444736000000000; // 1970 in file time
 
 void FoldLine(const std::string& line, QByteArray& content)
@@ -15,6 +16,9 @@ void FoldLine(const std::string& line, QByteArray& content)
     for (size_t from = 0; from < line.size() || from == 0;) {
         size_t to = std::min(from + room, line.size());
         while (to < line.size() && to > from + 1 && (uchar(line[to]) & 0xC0) == 0x80)
+            --to;
+        // At a line's end "=" would be read as the softer break of encoded texts.
+        for (size_t n = 0; n < kEncodedOctet && to < line.size() && to > from + 1 && line[to - 1] == '='; ++n)
             --to;
         if (from > 0)
             content.append(' ');

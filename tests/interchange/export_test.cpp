@@ -297,3 +297,23 @@ TEST_F(ExportTest, TakesTheItemsOfSomeDays)
     EXPECT_EQ(content.find("night"), std::string::npos); // ends where the range begins
     EXPECT_EQ(content.find("never"), std::string::npos);
 }
+
+TEST(FoldedLines, KeepEveryByteWithin75OctetsAndNeverEndInASoftBreak)
+{
+    const std::string encoded = "FN;ENCODING=QUOTED-PRINTABLE:";
+    for (int before = 0; before < 80; ++before) {
+        std::string line = encoded + std::string(size_t(before), 'x');
+        for (int n = 0; n < 60; ++n)
+            line += n % 7 ? "=C3" : "\xC3\xB6";
+        QByteArray text;
+        FoldLines({line, std::string(200, '='), std::string()}, text);
+        const QList<QByteArray> folded = text.split('\n');
+        std::string unfolded;
+        for (const QByteArray& part : folded) {
+            EXPECT_LE(part.size(), 75 + 1); // its "\r" is still there
+            unfolded += part.startsWith(' ') ? part.mid(1).trimmed().toStdString() : part.trimmed().toStdString();
+            EXPECT_TRUE(part.contains("===") || !part.endsWith("=\r")) << before;
+        }
+        EXPECT_EQ(unfolded, line + std::string(200, '='));
+    }
+}
