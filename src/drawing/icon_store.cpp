@@ -97,10 +97,11 @@ QString CIconReference::ToText() const
 
 bool CIconReference::CanBeTold() const
 {
-    // In the settings file a line ends the value, and so does ";".
+    // In the settings file a line ends the value, and so does ";"; white space around it goes.
     const QLatin1String inPath(";"), inMember(";:");
+    const QString text = ToText();
     return IsPlain(Archive, inPath) && IsPlain(Group, inMember) && IsPlain(File, inMember) &&
-           Parse(ToText()).has_value();
+           text.trimmed() == text && Parse(text).has_value();
 }
 
 bool CGroupNameLess::operator()(const QString& a, const QString& b) const

@@ -9,7 +9,7 @@
 // Errors: all silent: an archive that cannot be read has no icons, an icon that is gone no pictures.
 // Limits: see CIconArchive. A scan looks at kArchives archives and keeps kIcons pictures of together
 //   kScanPixels: 64 MiB once they have all been painted. It and LoadIcon stop where their time ends,
-//   half a second unless told, and show what they have.
+//   three quarters of a second unless told, and show what they have.
 #pragma once
 #include <QDeadlineTimer>
 #include <QString>
@@ -49,7 +49,7 @@ using CIconGroups = std::map<QString, std::vector<CIconEntry>, CGroupNameLess>;
 class CIconStore
 {
 public:
-    static constexpr int kMilliseconds = 500;
+    static constexpr int kMilliseconds = 750;
     static constexpr int kArchives = 64;
     static constexpr int kIcons = 4096;
     static constexpr qint64 kScanPixels = 8 << 20;

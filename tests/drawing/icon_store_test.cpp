@@ -111,6 +111,7 @@ TEST(IconReference, IsReadFromItsTextAndWrittenAsItWas)
 TEST(IconReference, CannotBeToldWhenASettingsFileOrItsReaderWouldCutIt)
 {
     const QString good = QStringLiteral("x");
+    EXPECT_FALSE((CIconReference{good, good, QStringLiteral("x ")}.CanBeTold()));
     for (const char* const bad : {"", "a:b", "a;b", "a\nb", "a\r", "\x01"}) {
         const QString text = QString::fromLatin1(bad);
         EXPECT_FALSE((CIconReference{good, text, good}.CanBeTold())) << bad;
