@@ -25,7 +25,7 @@ public:
     // says that the rows stand from the top; a packet that crosses the end of its row runs on into
     // the storage after it, and the next row begins at its own start. What a file lacks is zero.
     bool LoadTarga(std::span<const quint8> data);
-    // Of an open resource library; module is its folder: name.png, else name.bmp, else name.tga.
+    // Of a resource library, which module is the folder of: name.png, else name.bmp, else name.tga.
     bool LoadFromResource(const QString& module, const QString& name);
     // Takes name.tga's alpha, each value as 255 minus what is stored, if it has as many pixels as the
     // image; nothing else changes, and nothing at all when it fails.

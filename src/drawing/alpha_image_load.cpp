@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QResource>
 #include <QtEndian>
 #include <algorithm>
 #include <cstring>
@@ -162,8 +161,7 @@ private:
 
 QByteArray ResourceBytes(const QString& module, const QString& name, const char* suffix)
 {
-    const QResource resource(module + QLatin1Char('/') + name + QLatin1String(suffix));
-    return resource.isValid() ? resource.uncompressedData() : QByteArray();
+    return ReadFile(module + QLatin1Char('/') + name + QLatin1String(suffix), CAlphaImage::kMaxFile);
 }
 } // namespace
 

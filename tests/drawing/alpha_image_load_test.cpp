@@ -306,6 +306,41 @@ TEST_F(ImageFile, TheLastFourCharactersDecide)
     }
 }
 
+TEST_F(ImageFile, AResourceIsAPngElseABitmapElseATarga)
+{
+    const QByteArray tga = Targa{}.With(Pixels("ABCD"));
+    Write("7.tga", tga);
+    Write("8.tga", tga);
+    Write("8.bmp", Encoded(Sample(5, 1), "BMP"));
+    Write("9.bmp", Encoded(Sample(5, 1), "BMP"));
+    Write("9.png", Encoded(Sample(), "PNG"));
+    const struct {
+        const char* Name;
+        QSize Size;
+    } cases[] = {{"7", {2, 2}}, {"8", {5, 1}}, {"9", {3, 2}}, {"6", {0, 0}}};
+    for (const auto& c : cases) {
+        CAlphaImage image = MakeSolidImage(1, 1, 0, 0);
+        EXPECT_EQ(image.LoadFromResource(Folder.path(), QString::fromLatin1(c.Name)), !c.Size.isEmpty());
+        EXPECT_EQ(QSize(image.Width(), image.Height()), c.Size) << c.Name;
+    }
+}
+
+TEST_F(ImageFile, AlphaOfATargaIsTakenTheOtherWayRoundWhenTheSizesMatch)
+{
+    Write("mask.tga", Targa{.Width = 4, .Height = 1, .Bits = 32}.With(Pixels("AbcD", true)));
+    const QString mask = QStringLiteral("mask");
+    CAlphaImage image = MakeSolidImage(2, 2, Rgb(1, 2, 3), 9); // as many pixels are enough
+    EXPECT_TRUE(image.LoadAlphaFromResource(Folder.path(), mask));
+    EXPECT_EQ(image.Pixels()[0], 0x00010203u);
+    EXPECT_EQ(image.Pixels()[1], 0xFF010203u);
+    image = MakeSolidImage(3, 1, Rgb(1, 2, 3), 9);
+    EXPECT_FALSE(image.LoadAlphaFromResource(Folder.path(), mask));
+    EXPECT_FALSE(image.LoadAlphaFromResource(Folder.path(), QStringLiteral("none")));
+    EXPECT_EQ(image.Pixels()[0], 0x09010203u);
+    CAlphaImage empty;
+    EXPECT_FALSE(empty.LoadAlphaFromResource(Folder.path(), QStringLiteral("none")));
+}
+
 TEST_F(ImageFile, NoFileNoNameAndNoEnd)
 {
     CAlphaImage image;
