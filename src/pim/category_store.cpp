@@ -119,12 +119,20 @@ void CCategoryStore::SetColor(qint32 id, COLORREF color)
 {
     if (const auto category = m_byId.find(id); category != m_byId.end())
         category->second->Color = color;
+    TellLook();
 }
 
 void CCategoryStore::SetImageName(qint32 id, const QString& reference)
 {
     if (const auto category = m_byId.find(id); category != m_byId.end())
         category->second->ImageName = reference;
+    TellLook();
+}
+
+void CCategoryStore::TellLook() const
+{
+    if (m_lookHook)
+        m_lookHook();
 }
 
 void CCategoryStore::SaveColorsAndImages(CSettings& settings) const

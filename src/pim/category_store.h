@@ -7,6 +7,7 @@
 #include "pim/pim_database.h"
 #include "settings/category_names.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <unordered_map>
@@ -41,6 +42,8 @@ public:
     // The look of a category; in memory alone until it is saved. A number that none has is ignored.
     void SetColor(qint32 id, COLORREF color);
     void SetImageName(qint32 id, const QString& reference);
+    // Called whenever a look has changed, within whatever changed it.
+    void SetLookHook(std::function<void()> hook) { m_lookHook = std::move(hook); }
     void SaveColorsAndImages(CSettings& settings) const; // into its map, and that to its file
     void BeginPass();                                    // what was read ahead may be old: look anew
     void ReadItemCategories(CCategorizedRecord& item);
@@ -60,7 +63,9 @@ private:
     void SeekAssociation(quint32 itemId);
     void RequireKnown(qint32 number);
     void PutStoredNumbers(CFilter& filter) const;
+    void TellLook() const;
 
+    std::function<void()> m_lookHook;
     qint32 m_nextLocalId = -1;
     std::map<qint32, QString> m_localNames; // of those made here, for as long as the volume is open
     CList m_categories;

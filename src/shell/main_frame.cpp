@@ -77,6 +77,7 @@ void CMainFrame::Shutdown(bool quit)
     m_views.clear();
     g_ImageStore.Clear();
     g_Settings.SetCategoryNames(nullptr);
+    PimStore().Categories().SetLookHook({});
     PimStore().SetTransport(nullptr);
     if (wasUp)
         PimStore().Shutdown(); // which lets go of our timers
@@ -170,6 +171,16 @@ void CMainFrame::OpenStore()
     PimStore().SetTransport(&m_itemSender);
     g_Settings.SetCategoryNames(&PimStore().Categories());
     g_Settings.LoadFilters();
+    // Later: the dialog that changes a look lies over the views, or one of them runs it.
+    PimStore().Categories().SetLookHook([this] { QTimer::singleShot(0, this, [this] { ShowNewLooks(); }); });
+}
+
+void CMainFrame::ShowNewLooks()
+{
+    if (!m_up)
+        return;
+    for (const auto& view : m_views)
+        view->OnDataChanged(0, 0, 0);
 }
 
 // Puts the first view into the settings; the result is the first date.

@@ -114,6 +114,7 @@ private:
     // Edits or creates what the request names, over the window or as one.
     DATE ApplyStartRequest(const CCommandRequest& request);
     void OpenStore();
+    void ShowNewLooks(); // of categories
     void ShowVolume(std::shared_ptr<CPropertyVolume> volume);
     void TellOfVolume(const QString& text);
     std::unique_ptr<CCalendarView> CreateView(int kind);
