@@ -19,15 +19,56 @@ bool IsPhone(QChar c)
     return kPhoneStart.contains(c) || c == u' ' || c == u'-';
 }
 
-// A position behind which `other` comes strictly earlier; -1 is nowhere.
+// Where a text or a character comes next, while one walks on: each is looked for only once.
+class CNextPlaces
+{
+public:
+    explicit CNextPlaces(QStringView text) : m_text(text) {}
+    // The first candidate from there on; -1 without one.
+    qsizetype Candidate(qsizetype from, LinkKind& kind);
+
+private:
+    template <typename Search> qsizetype Next(qsizetype& place, qsizetype from, Search search)
+    {
+        if (place != -1 && place < from)
+            place = search(from);
+        return place;
+    }
+    QStringView m_text;
+    qsizetype m_web[3] = {-2, -2, -2}, m_phone = -2, m_mail = -2; // -1: no more
+};
+
+// `position` comes strictly before `other`; -1 is nowhere.
 bool IsEarlier(qsizetype position, qsizetype other)
 {
     return position >= 0 && (other < 0 || position < other);
 }
 
-qsizetype Earliest(qsizetype a, qsizetype b)
+qsizetype CNextPlaces::Candidate(qsizetype from, LinkKind& kind)
 {
-    return IsEarlier(b, a) ? b : a;
+    static constexpr QStringView kWebStarts[] = {u"www.", u"http:/", u"https:/"};
+    qsizetype at = -1;
+    kind = LinkKind::Web;
+    for (size_t i = 0; i < std::size(kWebStarts); ++i) {
+        const qsizetype web =
+            Next(m_web[i], from, [&](qsizetype start) { return m_text.indexOf(kWebStarts[i], start); });
+        at = IsEarlier(web, at) ? web : at;
+    }
+    const qsizetype phone = Next(m_phone, from, [&](qsizetype start) {
+        const auto first = std::find_if(m_text.begin() + start, m_text.end(),
+                                        [](QChar c) { return kPhoneStart.contains(c); });
+        return first == m_text.end() ? -1 : first - m_text.begin();
+    });
+    if (IsEarlier(phone, at)) {
+        at = phone;
+        kind = LinkKind::Phone;
+    }
+    const qsizetype mail = Next(m_mail, from, [&](qsizetype start) { return m_text.indexOf(u'@', start); });
+    if (IsEarlier(mail, at)) {
+        at = mail;
+        kind = LinkKind::Mail;
+    }
+    return at;
 }
 
 // The end of a word that a blank or a line break closes.
@@ -63,9 +104,9 @@ void DropPunctuation(QStringView text, CTextLink& link)
     constexpr QStringView kBefore = u"<([{\"'", kBehind = u">)]}\"',.;:!?";
     while (link.Start < link.End && kBefore.contains(text[link.Start]))
         ++link.Start;
-    const auto opens = [&] { return text.mid(link.Start, link.End - link.Start).contains(u'('); };
-    while (link.Start < link.End && kBehind.contains(text[link.End - 1]) &&
-           !(text[link.End - 1] == u')' && opens()))
+    const qsizetype opening = text.indexOf(u'(', link.Start);
+    const auto closes = [&](qsizetype at) { return text[at] == u')' && opening >= 0 && opening < at; };
+    while (link.Start < link.End && kBehind.contains(text[link.End - 1]) && !closes(link.End - 1))
         --link.End;
 }
 
@@ -92,35 +133,19 @@ qsizetype ScanWeb(QStringView text, qsizetype at, CTextLink& link)
 
 qsizetype FindNextLink(QStringView text, LinkKind& kind)
 {
-    const qsizetype web =
-        Earliest(Earliest(text.indexOf(u"www."), text.indexOf(u"http:/")), text.indexOf(u"https:/"));
-    const auto first =
-        std::find_if(text.begin(), text.end(), [](QChar c) { return kPhoneStart.contains(c); });
-    const qsizetype phone = first == text.end() ? -1 : first - text.begin();
-    const qsizetype mail = text.indexOf(u'@');
-    qsizetype at = web;
-    kind = LinkKind::Web;
-    if (IsEarlier(phone, at)) {
-        at = phone;
-        kind = LinkKind::Phone;
-    }
-    if (IsEarlier(mail, at)) {
-        at = mail;
-        kind = LinkKind::Mail;
-    }
-    return at;
+    return CNextPlaces(text).Candidate(0, kind);
 }
 
 void FindLinks(const QString& text, CTextLinkList& list, int group)
 {
     const QStringView whole(text);
+    CNextPlaces places(whole);
     qsizetype position = 0;
     while (position < whole.size()) {
         CTextLink link;
-        const qsizetype found = FindNextLink(whole.mid(position), link.Kind);
-        if (found < 0)
+        const qsizetype at = places.Candidate(position, link.Kind);
+        if (at < 0)
             return;
-        const qsizetype at = position + found;
         position = link.Kind == LinkKind::Phone  ? ScanPhone(whole, at, link)
                    : link.Kind == LinkKind::Mail ? ScanMail(whole, at, link)
                                                  : ScanWeb(whole, at, link);
@@ -134,8 +159,15 @@ void FindLinks(const QString& text, CTextLinkList& list, int group)
 
 void AddLink(CTextLinkList& list, const CTextLink& link)
 {
-    std::erase_if(list, [&](const CTextLink& other) {
-        return other.Group == link.Group && other.Start < link.End && link.Start < other.End;
-    });
+    // From the end: links of a group come in the order of their ends.
+    for (auto other = list.end(); other != list.begin();) {
+        --other;
+        if (other->Group != link.Group)
+            continue;
+        if (other->End <= link.Start)
+            break;
+        if (other->Start < link.End)
+            other = list.erase(other);
+    }
     list.push_back(link);
 }

@@ -20,4 +20,5 @@ using CTextLinkList = std::list<CTextLink>;
 qsizetype FindNextLink(QStringView text, LinkKind& kind);
 // Appends the links of a text block; those already there of the same group give way where they overlap.
 void FindLinks(const QString& text, CTextLinkList& list, int group);
+// Behind all others of its group; those that it overlaps go.
 void AddLink(CTextLinkList& list, const CTextLink& link);

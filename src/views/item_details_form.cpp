@@ -97,7 +97,7 @@ int CItemDetailsForm::RenderContent(quint32, QPainter& dc, quint32, int scroll, 
             DrawImage(g_ImageStore.Image(line->Image), dc, place.x(), place.y());
             break;
         case CLine::kText:
-            line->Text.Paint(dc, place.topLeft(), line->Color, focused);
+            line->Text.Paint(dc, place.topLeft(), {0, 0, width, height}, line->Color, focused);
             break;
         }
     }

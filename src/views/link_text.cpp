@@ -47,15 +47,30 @@ QString CLinkText::Text() const
     return m_layout.text().replace(QChar::LineSeparator, u'\n');
 }
 
+// The first line that ends behind what is asked for.
+template <typename EndOf> int CLinkText::FirstLine(EndOf endOf, qreal behind) const
+{
+    int first = 0, last = m_layout.lineCount();
+    while (first < last) {
+        const int middle = (first + last) / 2;
+        if (endOf(m_layout.lineAt(middle)) > behind)
+            last = middle;
+        else
+            first = middle + 1;
+    }
+    return first;
+}
+
 std::vector<QRect> CLinkText::RectsOf(const CTextLink& link) const
 {
     std::vector<QRect> rects;
-    for (int i = 0; i < m_layout.lineCount(); ++i) {
+    const auto endOf = [](const QTextLine& line) { return line.textStart() + line.textLength(); };
+    for (int i = FirstLine(endOf, qreal(link.Start)); i < m_layout.lineCount(); ++i) {
         const QTextLine line = m_layout.lineAt(i);
         const int first = std::max(line.textStart(), int(link.Start));
-        const int last = std::min(line.textStart() + line.textLength(), int(link.End));
+        const int last = std::min(endOf(line), int(link.End));
         if (first >= last)
-            continue;
+            break;
         const qreal a = line.cursorToX(first), b = line.cursorToX(last);
         const int left = int(std::floor(std::min(a, b))), right = int(std::ceil(std::max(a, b)));
         rects.push_back(QRect(left, int(line.y()), right - left, int(std::ceil(line.height()))));
@@ -63,10 +78,20 @@ std::vector<QRect> CLinkText::RectsOf(const CTextLink& link) const
     return rects;
 }
 
-void CLinkText::Paint(QPainter& dc, QPoint at, COLORREF color, const CTextLink* focused) const
+void CLinkText::Paint(QPainter& dc, QPoint at, const QRect& visible, COLORREF color,
+                      const CTextLink* focused) const
 {
+    const QRect band = visible.translated(-at);
+    const auto bottomOf = [](const QTextLine& line) { return line.y() + line.height(); };
+    const auto startOf = [&](int line) {
+        return line < m_layout.lineCount() ? m_layout.lineAt(line).textStart() : int(m_layout.text().size());
+    };
+    const int from = startOf(FirstLine(bottomOf, band.top()));
+    const int to = startOf(FirstLine(bottomOf, band.bottom() + 1) + 1);
     QList<QTextLayout::FormatRange> formats;
     for (const CTextLink& link : m_links) {
+        if (link.End <= from || link.Start >= to)
+            continue;
         QTextLayout::FormatRange range;
         range.start = int(link.Start);
         range.length = int(link.End - link.Start);
@@ -80,5 +105,5 @@ void CLinkText::Paint(QPainter& dc, QPoint at, COLORREF color, const CTextLink* 
         formats.append(range);
     }
     dc.setPen(ToQColor(color));
-    m_layout.draw(&dc, at, formats);
+    m_layout.draw(&dc, at, formats, visible);
 }

@@ -23,10 +23,13 @@ public:
     const CTextLinkList& Links() const { return m_links; }
     // The parts of a link, one for each line that it runs over.
     std::vector<QRect> RectsOf(const CTextLink& link) const;
-    // `focused` is the link that the keyboard stands on, or null.
-    void Paint(QPainter& dc, QPoint at, COLORREF color, const CTextLink* focused) const;
+    // Draws the lines that the visible part of the surface shows, and may draw more. `focused` is the
+    // link that the keyboard stands on, or null.
+    void Paint(QPainter& dc, QPoint at, const QRect& visible, COLORREF color, const CTextLink* focused) const;
 
 private:
+    template <typename EndOf> int FirstLine(EndOf endOf, qreal behind) const;
+
     QTextLayout m_layout;
     CTextLinkList m_links;
     int m_height = 0, m_width = 0;

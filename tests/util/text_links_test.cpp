@@ -74,3 +74,21 @@ TEST(TextLinks, OnlyThoseOfTheSameGroupGiveWay)
         told += link.Text;
     EXPECT_EQ(told, "bd");
 }
+
+// What somebody sends may be long and of any kind. A search that took the square of it would not end.
+TEST(TextLinks, LongTextsAreWalkedOnce)
+{
+    constexpr int kTimes = 400'000;
+    const struct {
+        const char *Piece, *Before;
+        qsizetype Links;
+    } kCases[] = {
+        {"1a", "", 0}, {"a@b.cd ", "", kTimes}, {")", "www.a", 1}, {"www.", "", 1}, {"1234567x", "", kTimes},
+        {"@ ", "", 0}, {"(", "a@b.cd", 1},      {"word ", "", 0},
+    };
+    for (const auto& c : kCases) {
+        CTextLinkList list;
+        FindLinks(c.Before + QString(c.Piece).repeated(kTimes), list, 3);
+        EXPECT_EQ(qsizetype(list.size()), c.Links) << c.Piece;
+    }
+}

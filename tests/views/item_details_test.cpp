@@ -190,6 +190,25 @@ TEST_F(ItemDetails, DatesAreNoLinksAndEditingCloses)
     EXPECT_EQ(edited, 2);
 }
 
+// However much somebody wrote, the page opens, scrolls and finds what is tapped.
+TEST_F(ItemDetails, AVeryLongNoteIsReadToItsEnd)
+{
+    constexpr int kMany = 20000;
+    const CAppointment item = Stored(QString("ann@b.cd ").repeated(kMany) + "last@example.org");
+    CItemDetailsForm form(item, {});
+    Run(form, [&] {
+        ASSERT_EQ(form.Links().size(), kMany + 3u);
+        for (int i = 0; i < 50; ++i)
+            QTest::keyClick(&form, Qt::Key_PageDown);
+        const QImage before = form.Snapshot();
+        QTest::keyClick(&form, Qt::Key_End);
+        EXPECT_NE(form.Snapshot(), before);
+        const QRect link = form.Links().back().Rects.front().translated(0, form.Scroller().Scroll());
+        QTest::mouseClick(&form, Qt::LeftButton, {}, form.Layout().Client.topLeft() + link.center());
+        EXPECT_EQ(m_started, QStringList("xdg-open mailto:last@example.org"));
+    });
+}
+
 // The item may go while the page shows it, and everything may be as long as it likes.
 TEST_F(ItemDetails, StandsWithoutItsItemAtAnySize)
 {
