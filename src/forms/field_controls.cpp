@@ -28,6 +28,7 @@ namespace
 {
 constexpr int kDateExtra = 4, kLinkButton = 20, kTimeButton = 20, kListHeight = 150; // design pixels
 constexpr int kDigits = 7;
+constexpr int kLongestLine = 32767;
 
 class CRowBox : public QCheckBox
 {
@@ -62,6 +63,15 @@ QString TimePicture(const CFieldRow& row)
         return GetString(StrDurationFormat);
     const bool twentyFour = GetLocaleInfo(LocaleValue::TimeMode).startsWith(u'1');
     return twentyFour ? QStringLiteral("HH:mm") : QStringLiteral("hh:mm AP");
+}
+
+// A line edit takes pasted line ends as they come.
+QString OnOneLine(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    for (const QChar end : {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(end, u' ');
+    return text;
 }
 
 bool IsMultiLine(const CFieldRow& row)
@@ -102,15 +112,19 @@ CFieldControls::CFieldControls(QWidget* form)
     }
     Day->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
     Button->setAutoDefault(false);
-    for (QWidget* const control : std::initializer_list<QWidget*>{Line, Lines, List, Day, Time, Button, Box})
+    for (QWidget* const control : InTabOrder())
         LightenControl(*control);
     HideAll();
 }
 
+std::array<QWidget*, 7> CFieldControls::InTabOrder() const
+{
+    return {Box, Line, Lines, List, Day, Time, Button};
+}
+
 void CFieldControls::HideAll()
 {
-    for (QWidget* const control :
-         std::initializer_list<QWidget*>{Line, Lines, List, Day, Time, Button, Box})
+    for (QWidget* const control : InTabOrder())
         control->hide();
 }
 
@@ -219,10 +233,9 @@ void CFieldControls::SetText(const CFieldRow& row, const QString& text, int care
         Line->setValidator(new QIntValidator(0, 9999999, Line));
         Line->setMaxLength(kDigits);
     } else {
-        Line->setMaxLength(32767);
+        Line->setMaxLength(std::max(kLongestLine, int(text.size())));
     }
-    QString shown = text; // a line edit keeps line ends but shows them as odd signs
-    Line->setText(shown.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\n', u' '));
+    Line->setText(OnOneLine(text));
     Line->setCursorPosition(caret < 0 ? int(Line->text().size()) : caret);
     Line->setModified(text != m_text);
 }
@@ -230,7 +243,7 @@ void CFieldControls::SetText(const CFieldRow& row, const QString& text, int care
 QString CFieldControls::Text(const CFieldRow& row) const
 {
     if (!IsMultiLine(row))
-        return Line->isModified() ? Line->text() : m_text;
+        return Line->isModified() ? OnOneLine(Line->text()) : m_text;
     if (!Lines->document()->isModified())
         return m_text;
     return EditedPlainText(*Lines, m_text);

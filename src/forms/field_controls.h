@@ -5,6 +5,7 @@
 #include "forms/field_row.h"
 
 #include <QDateTime>
+#include <array>
 
 class QCheckBox;
 class QComboBox;
@@ -20,6 +21,7 @@ class CFieldControls
 public:
     explicit CFieldControls(QWidget* form);
 
+    std::array<QWidget*, 7> InTabOrder() const;
     void HideAll();
     void SetFonts(int k);
     // Values first, then the place; what is shown stays hidden until Place.

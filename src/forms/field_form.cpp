@@ -36,10 +36,7 @@ void CFieldForm::BuildRows()
 {
     m_built = true;
     m_controls = std::make_unique<CFieldControls>(this);
-    for (QWidget* const control :
-         std::initializer_list<QWidget*>{m_controls->Line, m_controls->Lines, m_controls->List,
-                                         m_controls->Day, m_controls->Time,
-                                         m_controls->Button, m_controls->Box})
+    for (QWidget* const control : m_controls->InTabOrder())
         control->installEventFilter(this);
     connect(m_controls->List, &QComboBox::activated, this, [this](int) { ChoiceMade(); });
     connect(m_controls->Button, &QPushButton::clicked, this, [this] {

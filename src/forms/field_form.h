@@ -106,6 +106,7 @@ private:
     void TapRow(int index);
     int NextRow(int from, int step) const;
     void MoveSelection(int step);
+    void TabFrom(QWidget* control, int step);
     void ShowSelected();
     void PlaceControls(bool valuesToo);
     void Activate(int index);
@@ -123,6 +124,7 @@ private:
     CTouchNavigator m_touch;
     int m_selected = -1;
     int m_contentHeight = 0;
+    bool m_wasSelected = false; // the row that the finger went down on
     bool m_built = false, m_placing = false, m_committing = false;
     bool m_titleFollowsRow = true;
     quint32 m_valuesOf = 0; // the row whose values the controls hold

@@ -69,6 +69,22 @@ void CFieldForm::MoveSelection(int step)
     SelectRow(next);
 }
 
+// Tab visits the row's controls one by one, then the next row.
+void CFieldForm::TabFrom(QWidget* control, int step)
+{
+    std::vector<QWidget*> shown;
+    for (QWidget* const candidate : m_controls->InTabOrder()) {
+        if (candidate->isVisible())
+            shown.push_back(candidate);
+    }
+    const auto at = std::find(shown.begin(), shown.end(), control);
+    const auto index = at == shown.end() ? -1 : at - shown.begin() + step;
+    if (index >= 0 && index < std::ssize(shown))
+        shown[size_t(index)]->setFocus(Qt::TabFocusReason);
+    else
+        MoveSelection(step);
+}
+
 void CFieldForm::Activate(int index)
 {
     const quint32 id = m_rows[size_t(index)].Id;
@@ -158,6 +174,7 @@ bool CFieldForm::OnPress(quint32, int, int y)
     const int index = RowAt(y);
     if (index < 0 || !m_rows[size_t(index)].CanSelect())
         return false;
+    m_wasSelected = index == m_selected;
     SelectRow(index);
     return true;
 }
@@ -171,6 +188,8 @@ void CFieldForm::OnTap(quint32, int x, int y)
     const QRect box = FieldIncludeBox(row, row.Rect.translated(m_touch.Area().x(), 0));
     if (row.HasFlag(kRowInclude) && x <= box.x() + box.width())
         ToggleInclude(index);
+    else if (row.Type == kRowText && m_wasSelected && row.Icon >= 1 && x < FieldValueLeft())
+        Activate(index); // the text itself lies under the edit box: its picture opens the aids
     else
         TapRow(index);
 }
@@ -281,6 +300,10 @@ bool CFieldForm::eventFilter(QObject* watched, QEvent* event)
         // Enter that opened the form or left a picker goes on repeating.
         if (press->isAutoRepeat() && key == kKeyReturn)
             return true;
+        if (press->key() == Qt::Key_Tab || press->key() == Qt::Key_Backtab) {
+            TabFrom(control, press->key() == Qt::Key_Tab ? 1 : -1);
+            return true;
+        }
         const bool plain = (press->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
         return plain && OnControlKey(control, key);
     }

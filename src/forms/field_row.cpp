@@ -23,6 +23,7 @@ constexpr int kRowPad = 5, kLeftPad = 2, kColumnGap = 10; // design pixels
 constexpr int kBoxOffset = 3, kBoxGap = 4;
 constexpr int kLinkButtonRoom = 24;
 constexpr int kSwatchWidth = 20, kSwatchGap = 8;
+constexpr int kMostDrawn = 1000; // characters; no row is wider, and long notes take long to shape
 constexpr int kColorSelection = 3007, kColorLine = 3011, kColorSelectedText = 503;
 constexpr unsigned kTextFlags = kTextVCentre | kTextSingleLine | kTextNoPrefix | kTextEndEllipsis;
 constexpr unsigned kPieceFlags = kTextVCentre | kTextSingleLine | kTextNoPrefix;
@@ -247,7 +248,7 @@ void PaintFieldRow(QPainter& dc, const CFieldRow& row, const QRect& rect, bool s
     QRect box = FieldValueRect(row, rect);
     if (row.Type == kRowLink)
         box.setWidth(std::max(box.width() - S(kLinkButtonRoom), 0));
-    QString text = labelled ? row.Label : row.Value;
+    QString text = (labelled ? row.Label : row.Value).left(kMostDrawn);
     text.replace(u'\n', u' ').replace(u'\r', u' ');
     DrawText(dc, text, std::as_const(box), kTextFlags);
 }
