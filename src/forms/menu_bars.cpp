@@ -22,6 +22,8 @@ constexpr struct {
     {kMenuBarCategories, CmdMenu, StrOptions, PictureMenu},
     {kMenuBarMyText, CmdDone, StrSelect, PictureDone},
     {kMenuBarMyText, CmdMenu, StrMenu, PictureMenu},
+    {kMenuBarColors, CmdDone, StrDone, PictureDone},
+    {kMenuBarColors, CmdMenu, StrMenu, PictureMenu},
     {kMenuBarForm, CmdDone, StrDone, PictureDone},
     {kMenuBarForm, CmdCancel, StrCancel, PictureCancel},
     {kMenuBarYesNo, kAnswerYes, StrYes, PictureDone},

@@ -9,6 +9,7 @@ enum MenuBarId : int {
     kMenuBarForm = 159, // "Done", "Cancel"
     kMenuBarCategories = 167, // "Done", "Options"
     kMenuBarMyText = 253,     // "Select", "Menu"
+    kMenuBarColors = 411,     // "Done", "Menu"
     kMenuBarYesNo = 50001,
     kMenuBarOk = 50002,
     kMenuBarCancel = 50003,

@@ -7,6 +7,7 @@
 #include "forms/form_parts.h"
 #include "forms/menu_bars.h"
 #include "forms/message_dialog.h"
+#include "pages/color_picker.h"
 #include "pages/icon_picker.h"
 #include "pim/pim_store.h"
 #include "platform/locale.h"
@@ -253,7 +254,7 @@ void CCategoryManager::OnRowTapped(int index, int x, bool)
     const auto within = [x, left](const QRect& column) {
         return x >= column.x() - left && x < column.x() - left + column.width();
     };
-    if (HasPickers() && within(ColorColumn(index)))
+    if (within(ColorColumn(index)))
         SetColor();
     else if (within(IconColumn(index)))
         SetIcon();
@@ -333,6 +334,15 @@ bool CCategoryManager::PickIcon(QString& reference)
     return true;
 }
 
+bool CCategoryManager::PickColor(COLORREF& color)
+{
+    CColorPicker picker(GetString(StrSelectColor), color, GetString(StrColorNone));
+    if (picker.Run(this) != kDone)
+        return false;
+    color = picker.GetColor();
+    return true;
+}
+
 void CCategoryManager::SetColor()
 {
     const CCategory* const category = PimStore().Categories().FindByName(LineText(GetSelected()));
@@ -370,8 +380,7 @@ void CCategoryManager::RunMenu()
     if (!adding && !m_lines.empty()) {
         menu.AddRow(StrSetIcon, CmdSetIcon, PictureEdit);
         menu.AddRow(StrRemoveIcon, CmdRemoveIcon, PictureDelete);
-        if (HasPickers())
-            menu.AddRow(StrSetColor, CmdSetColor, PictureEdit);
+        menu.AddRow(StrSetColor, CmdSetColor, PictureEdit);
         menu.AddRow(StrRemoveColor, CmdRemoveColor, PictureDelete);
     }
     if (adding && !m_edit->text().trimmed().isEmpty())

@@ -49,8 +49,7 @@ protected:
 
     // Icons and colours are chosen on pages of their own; false: nothing was chosen.
     virtual bool PickIcon(QString& reference);
-    virtual bool PickColor(COLORREF& /*color*/) { return false; }
-    virtual bool HasPickers() const { return false; }
+    virtual bool PickColor(COLORREF& color);
 
 private:
     struct CLine {

@@ -6,6 +6,7 @@
 #include "forms/question.h"
 #include "pages/about_page.h"
 #include "pages/category_manager.h"
+#include "pages/color_pages.h"
 #include "pages/settings_page.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
@@ -64,6 +65,8 @@ void CSettingsSheet::OnRowTapped(int index, int, bool)
 {
     if (index < kSettingsPageCount)
         CSettingsPage(SettingsPageId(index), m_settings).Run(this);
+    else if (index == kColors)
+        CColorPagesDialog(m_settings).Run(this);
     else if (index == kCategories)
         CCategoryManager().Run(this);
     else if (index == kAbout)
