@@ -2,6 +2,8 @@
 #include "desktop/desktop_colors.h"
 #include "desktop/instance.h"
 #include "desktop/start_environment.h"
+#include "forms/question.h"
+#include "pages/softkey_dialog.h"
 #include "platform/clock.h"
 #include "platform/volume_path.h"
 #include "records/property_numbers.h"
@@ -10,7 +12,6 @@
 #include "shell/instance_handover.h"
 #include "shell/main_frame.h"
 #include "shell/options.h"
-#include "forms/question.h"
 #include "shell/quit_signals.h"
 #include "shell/start_trace.h"
 #include "touch/device_pixels.h"
@@ -187,16 +188,16 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
     }
     if (onlyRead)
         opened = {opened.Kind(), FillText(GetString(StrVolumeReadOnly), {VolumePath(options)})};
+    if (g_CommandRequest.Kind == RequestKind::SoftKeyDialog) {
+        const int answer = CSoftkeyDialog().Run(&frame); // whose window never shows
+        instance.Resign();
+        return answer;
+    }
     frame.SetFirstPaintHook([&frame, &opened] { AfterFirstPaint(frame, opened); });
     frame.show();
     const int status = QCoreApplication::exec();
     instance.Resign();
     return status;
-}
-
-bool IsOffered(RequestKind kind)
-{
-    return kind != RequestKind::SoftKeyDialog;
 }
 
 int RunRequest(const COptions& options, char* name)
@@ -205,9 +206,6 @@ int RunRequest(const COptions& options, char* name)
     const CCommandRequest& request = g_CommandRequest;
     if (CheckRunningInstance(instance, request))
         return kExitHandedOver;
-    if (!IsOffered(request.Kind))
-        return Complain(QStringLiteral("this build does not offer %1 yet")
-                            .arg(request.RawText.section(u'|', 0, 0)));
     if (!HasDisplay())
         return Complain(QStringLiteral("there is no display; --snapshot FILE paints into a picture"));
     return RunWindow(options, instance, name);

@@ -158,7 +158,6 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     EXPECT_EQ(Run({"--version"}, &out), 0);
     EXPECT_TRUE(out.startsWith("tessera "));
     for (const QStringList& wrong : {QStringList{"--bogus"},
-                                     {"SHOWSOFTKEYDIALOG"},
                                      {"--snapshot", "/nonexistent/x.png"},
                                      {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
         EXPECT_EQ(Run(wrong, &out, &errors), 2) << wrong.join(' ').toStdString();
@@ -182,6 +181,19 @@ TEST_F(TwoProcesses, AFormForOneItemMakesRoomForTheCalendar)
     EXPECT_TRUE(Poll([] { return IsListening() && !CNamedLock::Exists(kSingleItemMutex); }));
     EXPECT_EQ(Run({"CREATE|66340800|66340860|TASK"}), 255) << "handed over";
     EXPECT_TRUE(Poll(RequestTaken));
+}
+
+TEST_F(TwoProcesses, TheDialogOfTheShellsKeysNeedsNoMainWindow)
+{
+    QProcess& dialog = Launch({"SHOWSOFTKEYDIALOG"});
+    ASSERT_TRUE(Poll(IsListening));
+    EXPECT_EQ(Run({"OPEN|LIST"}), 255);
+    EXPECT_FALSE(dialog.waitForFinished(200)) << "it asks until it is answered";
+    dialog.terminate();
+    ASSERT_TRUE(dialog.waitForFinished(15000));
+    EXPECT_EQ(dialog.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(dialog.exitCode(), 0) << "left without an answer";
+    EXPECT_FALSE(CRegistry::ReadString(kRegistryKey, "AppName"));
 }
 
 TEST_F(TwoProcesses, ASnapshotNeedsNoDisplayAndWritesNothingElse)
