@@ -29,6 +29,7 @@ constexpr int kCommandDefault = 1021, kCommandTab = 1022; // the tabs' follow on
 constexpr int kTabHeight = 32, kPreviewHeight = 24, kPreviewWidth = 50, kPreviewSwatch = 12;
 constexpr int kMargin = 8, kRowHeight = 34, kEditHeight = 28, kEditWidth = 56, kHtmlWidth = 100;
 constexpr int kTallestSwatch = 40;
+constexpr int kGroove = 4, kHandleWidth = 14, kHandleHeight = 24;
 constexpr int kFontText = 0, kFontBold = 4;
 constexpr int kMostPercent = 100, kMostValue = 255;
 constexpr int kHexDigits = 6;
@@ -42,6 +43,16 @@ constexpr COLORREF kPaletteColors[] = {
     0x000000, 0x330000, 0x663300, 0x663333, 0x333300, 0x003300, 0x003333, 0x000066, 0x330099, 0x330033};
 constexpr int kSwatchCount = int(std::size(kPaletteColors));
 constexpr int kRows = kSwatchCount / CColorPicker::kColumns;
+
+// The desktop's own sliders do not grow with the density.
+QString SliderLook(int k)
+{
+    const auto length = [k](int units) { return QString::number(std::max(D(units) / k, 1)); };
+    return QStringLiteral("QSlider::groove { height: %1px; background: %2; }"
+                          "QSlider::handle { width: %3px; margin: -%4px 0; background: %5; }")
+        .arg(length(kGroove), ToQColor(kFormHairLine).name(), length(kHandleWidth),
+             length((kHandleHeight - kGroove) / 2), ToQColor(GetHighlightColor()).name());
+}
 
 constexpr int kTabTexts[] = {StrColorPicker, StrColorHtml, StrColorRgb};
 constexpr int kPartTexts[] = {StrColorRed, StrColorGreen, StrColorBlue};
@@ -157,6 +168,7 @@ void CColorPicker::PlaceControls()
         control->setGeometry(ToLogical(rect, k));
         control->setVisible(shown && visible);
     };
+    const QString sliders = SliderLook(k);
     int label = 0;
     for (int part = 0; part < 3; ++part)
         label = std::max(label, TextWidth(g_ImageStore.Font(kFontText), GetString(kPartTexts[part])));
@@ -165,6 +177,8 @@ void CColorPicker::PlaceControls()
         const int top = row.y() + (row.height() - D(kEditHeight)) / 2;
         const QRect edit(row.x() + label + D(kMargin), top, D(kEditWidth), D(kEditHeight));
         const int right = edit.x() + edit.width() + D(kMargin);
+        if (m_sliders[size_t(part)]->styleSheet() != sliders)
+            m_sliders[size_t(part)]->setStyleSheet(sliders);
         place(m_edits[size_t(part)], m_tab == kValues, edit);
         place(m_sliders[size_t(part)], m_tab == kValues,
               {right, top, row.x() + row.width() - right, D(kEditHeight)});
