@@ -6,8 +6,8 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDir>
-#include <QFileDialog>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
@@ -15,6 +15,8 @@
 #include <array>
 #include <random>
 #include <set>
+#include <string>
+#include <typeinfo>
 
 #include "desktop/shell_actions.h"
 #include "forms/form_dialog.h"
@@ -36,7 +38,13 @@ constexpr bool kMeasures = true;
 #endif
 constexpr int kKeys[] = {Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up, Qt::Key_Down, Qt::Key_Return,
                          Qt::Key_Escape, Qt::Key_PageDown, Qt::Key_F1, Qt::Key_F2,   Qt::Key_1,
-                         Qt::Key_4,      Qt::Key_6,        Qt::Key_2,  Qt::Key_5,    Qt::Key_9};
+                         Qt::Key_4,      Qt::Key_6,        Qt::Key_2,  Qt::Key_5,    Qt::Key_9,
+                         Qt::Key_Tab,    Qt::Key_Space};
+// Commands that open pages, however rarely the hand finds their keys.
+constexpr int kPageCommands[] = {CmdSettings,       CmdSettings,   CmdSettings,      CmdManageFilters,
+                                 CmdNewAppointment, CmdNewTask,    CmdEdit,          CmdOpenItem,
+                                 CmdGoTo,           CmdViewButton, CmdSearchOptions, CmdMenu,
+                                 CmdFilterMenu,     CmdDelete,     CmdBeam};
 
 class RandomInput : public ShellFixture
 {
@@ -213,6 +221,11 @@ protected:
         if (CMainFrame::HasView(kind) && &Target() == m_frame.get())
             m_frame->ShowView(kind, -1);
     }
+    void OpenPage()
+    {
+        if (&Target() == m_frame.get())
+            m_frame->SendCommand(kPageCommands[Below(int(std::size(kPageCommands)))]);
+    }
     void Step()
     {
         const int what = m_what = Below(1000);
@@ -234,6 +247,8 @@ protected:
             ChangeSettings();
         else if (what < 955)
             ShowSomeView();
+        else if (what < 970)
+            OpenPage();
         else
             Change();
         m_frame->Timers().Kill(kTimerExit);
@@ -258,6 +273,8 @@ protected:
         }
         Measure();
         m_pages += CTouchMenu::Current() || CFormDialog::Current();
+        if (const CFormDialog* const dialog = CFormDialog::Current())
+            m_dialogs.insert(typeid(*dialog).name());
         const auto* rows = dynamic_cast<const CItemRowView*>(view);
         if (!rows || !rows->SelectedRow())
             return;
@@ -311,15 +328,16 @@ protected:
     QByteArray m_home;
     QString m_place;
     int m_seed = FromEnvironment("TESSERA_RANDOM_SEED", 1);
-    int m_limit = FromEnvironment("TESSERA_RANDOM_STEPS", 1500); // of steps
+    int m_limit = FromEnvironment("TESSERA_RANDOM_STEPS", 6000); // of steps
     int m_seconds = FromEnvironment("TESSERA_RANDOM_SECONDS", 0);
     int m_done = 0, m_what = 0; // steps, and the last one's number
     QElapsedTimer m_time;
     std::vector<quint32> m_brought, m_tasks;
     std::array<size_t, 3> m_least{SIZE_MAX, SIZE_MAX, SIZE_MAX};
     bool m_over = false;
-    std::set<int> m_views, m_days; // that it came to
-    int m_pages = 0;               // steps within menus and dialogs
+    std::set<int> m_views, m_days;   // that it came to
+    std::set<std::string> m_dialogs; // by their classes
+    int m_pages = 0;                 // steps within menus and dialogs
     std::mt19937 m_random{unsigned(m_seed)};
 };
 } // namespace
@@ -343,6 +361,7 @@ TEST_F(RandomInput, TheFrameStaysSane)
         EXPECT_EQ(m_views.count(kind) != 0, CMainFrame::HasView(kind)) << kind;
     EXPECT_GE(m_days.size(), 10U);
     EXPECT_GE(m_pages, 20);
+    EXPECT_GE(m_dialogs.size(), 8U);
     if (kMeasures && m_least[1] != SIZE_MAX && m_least[2] != SIZE_MAX) {
         EXPECT_LT(m_least[2], m_least[1] + kGrowth) << m_done << " steps, seed " << m_seed;
     }
