@@ -77,8 +77,11 @@ protected:
         if (QWidget* popup = QApplication::activePopupWidget())
             return *popup;
         if (QWidget* modal = QApplication::activeModalWidget()) { // the desktop's own, to choose a file
-            if (auto* files = qobject_cast<QFileDialog*>(modal))
+            if (auto* files = qobject_cast<QFileDialog*>(modal)) {
                 files->setOption(QFileDialog::ReadOnly); // or it renames the calendar
+                if (files->directory() != QDir::current())
+                    files->setDirectory(QDir::current()); // or it saves over another's file
+            }
             return *modal;
         }
         if (CTouchMenu* menu = CTouchMenu::Current())
