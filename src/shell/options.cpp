@@ -138,12 +138,17 @@ QString UsageText()
         "    --now MOMENT        the time it is, like 2026-03-10T09:30\n"
         "  --help, --version\n"
         "\n"
-        "Requests, dates in minutes since 30 December 1899:\n"
+        "Requests, dates in minutes since 30 December 1899, 0 for none:\n"
         "  OPEN|VIEW[|DATE]      VIEW is DAILY, LIST, GRID (the week), MONTHLY or TASKS; also of a snapshot,\n"
         "                        as in: tessera --snapshot month.png 'OPEN|MONTHLY|66371040'\n"
+        "  VIEW|ID|DATE|KIND     an item's details; KIND is APPT or TASK, its ID as tessera-pim tells it with --json\n"
+        "  EDIT|ID|DATE|KIND     an item's editor\n"
+        "  CREATE|START|END|KIND[|CATEGORY]\n"
+        "                        the editor of a new item\n"
         "  REPORTLOGPIXELS       print the screen's density and end with it as the status, 192 at most\n"
+        "  SHOWSOFTKEYDIALOG     ask which key of the shell opens the calendar; status 1 left, 2 right, 0 none\n"
         "\n"
-        "Status: 0 done, 2 wrong usage or not offered, 255 handed over to the open window.\n");
+        "Status: 0 done, 2 wrong usage, 255 handed over to the open window.\n");
 }
 
 bool ParseMoment(const QString& text, qint64* utcFileTime)
