@@ -1,6 +1,5 @@
 #include "views/search_options_form.h"
 #include "forms/message_dialog.h"
-#include "pim/item_search.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
@@ -30,7 +29,7 @@ constexpr struct CChoices {
     {StrSearchEnding, StrSearchAny, StrSearchOneYearFromNow, &SearchValues::SearchEnd},
 };
 
-constexpr qint32 kLimits[] = {10, 25, 50, 100, 250, 500, 1000};
+constexpr qint32 kLimits[] = {5, 10, 20, 50, 100};
 
 const CChoices* ChoicesOf(quint32 id)
 {
@@ -41,13 +40,9 @@ const CChoices* ChoicesOf(quint32 id)
 } // namespace
 
 CSearchOptionsForm::CSearchOptionsForm()
-    : CFieldForm(GetString(StrSearchOptions), kRows), m_values(g_Settings.SearchView),
-      m_limits(std::begin(kLimits), std::end(kLimits))
+    : CFieldForm(GetString(StrSearchOptions), kRows), m_values(g_Settings.SearchView)
 {
     SetTitleFollowsRow(false);
-    const auto place = std::lower_bound(m_limits.begin(), m_limits.end(), m_values.SearchLimit);
-    if (place == m_limits.end() || *place != m_values.SearchLimit)
-        m_limits.insert(place, m_values.SearchLimit);
 }
 
 bool CSearchOptionsForm::FillChoices(quint32 id, QStringList& list)
@@ -57,9 +52,8 @@ bool CSearchOptionsForm::FillChoices(quint32 id, QStringList& list)
             list << GetString(text);
         return true;
     }
-    for (const qint32 limit : m_limits)
-        list << (limit > 0 ? FillText(GetString(StrSearchItemCount), {QString::number(limit)})
-                           : GetString(StrSearchAny));
+    for (const qint32 limit : kLimits)
+        list << FillText(GetString(StrSearchItemCount), {QString::number(limit)});
     return true;
 }
 
@@ -68,17 +62,18 @@ void CSearchOptionsForm::ExchangeChoice(quint32 id, int& index, bool set)
     if (const CChoices* choices = ChoicesOf(id)) {
         (set ? m_values.*choices->Field : index) = set ? index : m_values.*choices->Field;
     } else if (set) {
-        m_values.SearchLimit = m_limits[size_t(index)];
+        m_values.SearchLimit = kLimits[index];
     } else {
-        index = int(std::find(m_limits.begin(), m_limits.end(), m_values.SearchLimit) - m_limits.begin());
+        // A count that is not offered shows the first one, and stays until another is chosen.
+        const auto* const place = std::find(std::begin(kLimits), std::end(kLimits), m_values.SearchLimit);
+        index = place == std::end(kLimits) ? 0 : int(place - kLimits);
     }
 }
 
 bool CSearchOptionsForm::Save()
 {
-    const int today = GetToday();
-    if (SearchDay(m_values.SearchStart, today, kSearchDayFirst) >
-        SearchDay(m_values.SearchEnd, today, kSearchDayLast)) {
+    // The entries but the first, which bounds nothing, come in the order of time.
+    if (m_values.SearchStart != 0 && m_values.SearchEnd != 0 && m_values.SearchStart >= m_values.SearchEnd) {
         CMessageDialog(GetString(StrSearchOrderWrong), GetString(StrSearchOptions),
                        CMessageDialog::Kind::Warning)
             .Run(this);

@@ -16,5 +16,4 @@ protected:
 
 private:
     decltype(CSettingsValues::SearchView) m_values;
-    std::vector<qint32> m_limits; // of the choices; the one in force is among them
 };

@@ -544,14 +544,16 @@ TEST_F(Options, RowsShowAndTakeTheSettings)
             shown << row.Value;
         EXPECT_EQ(shown, QStringList({"Search For", "Appointments", "Search Mode", "Starts With", "Starting",
                                       "Two Months Ago", "Ending", "Six Months From Now", "Limit Result Count",
-                                      "75 Items"}));
+                                      "5 Items"}))
+            << "of a count that is not offered, the first";
         EXPECT_EQ(form.Rows()[1].Choices.size(), 3);
         EXPECT_EQ(form.Rows()[5].Choices.size(), 10);
+        EXPECT_EQ(form.Rows()[9].Choices, QStringList({"5 Items", "10 Items", "20 Items", "50 Items", "100 Items"}));
         Choose(form, 0, 2);
         Choose(form, 1, 1);
         Choose(form, 2, 5);
         Choose(form, 3, 0);
-        Choose(form, 4, int(form.Rows()[9].Choices.indexOf("500 Items")));
+        Choose(form, 4, int(form.Rows()[9].Choices.indexOf("50 Items")));
         EXPECT_EQ(values.SearchType, 1) << "not before Done";
         QTest::keyClick(&form, Qt::Key_F1);
     });
@@ -560,7 +562,7 @@ TEST_F(Options, RowsShowAndTakeTheSettings)
     EXPECT_EQ(values.SearchMode, 1);
     EXPECT_EQ(values.SearchStart, 5);
     EXPECT_EQ(values.SearchEnd, 0);
-    EXPECT_EQ(values.SearchLimit, 500);
+    EXPECT_EQ(values.SearchLimit, 50);
 }
 
 TEST_F(Options, ABeginAfterTheEndIsRefused)
@@ -568,7 +570,7 @@ TEST_F(Options, ABeginAfterTheEndIsRefused)
     const struct {
         int Start, End;
         bool Allowed;
-    } cases[] = {{0, 0, true}, {0, 1, true}, {9, 0, true}, {5, 5, true}, {5, 4, false}, {9, 1, false}, {4, 5, true}};
+    } cases[] = {{0, 0, true}, {0, 1, true}, {9, 0, true}, {5, 5, false}, {5, 4, false}, {9, 1, false}, {4, 5, true}};
     Open();
     for (const auto& c : cases) {
         g_Settings.SearchView = {0, 1, 0, 0, 100};
