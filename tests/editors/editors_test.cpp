@@ -86,41 +86,7 @@ protected:
             form->End(kLeftOpen);
         });
     }
-    static void Select(CFieldForm& form, quint32 id)
-    {
-        for (size_t n = 0; n < form.Rows().size(); ++n) {
-            if (form.Rows()[n].Id == id)
-                form.SelectRow(int(n));
-        }
-        const int at = form.GetSelectedRow();
-        ASSERT_TRUE(at >= 0 && form.Rows()[size_t(at)].Id == id) << id;
-    }
-    static const CFieldRow* Row(const CFieldForm& form, quint32 id)
-    {
-        for (const CFieldRow& row : form.Rows()) {
-            if (row.Id == id)
-                return &row;
-        }
-        return nullptr;
-    }
     static bool Shows(const CFieldForm& form, quint32 id) { return Row(form, id) && !Row(form, id)->Hidden; }
-    template <typename Control> static Control* Live(CFieldForm& form)
-    {
-        for (Control* control : form.findChildren<Control*>()) {
-            if (control->isVisible())
-                return control;
-        }
-        ADD_FAILURE() << "no such control";
-        return nullptr;
-    }
-    static void Choose(CFieldForm& form, quint32 id, int index)
-    {
-        Select(form, id);
-        auto* list = Live<QComboBox>(form);
-        ASSERT_NE(list, nullptr);
-        list->setCurrentIndex(index);
-        Q_EMIT list->activated(index);
-    }
     static void Type(CFieldForm& form, const char* text) // in the place of what stands there
     {
         auto* line = Live<QLineEdit>(form);

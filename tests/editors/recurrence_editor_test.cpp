@@ -4,7 +4,6 @@
 #include "platform/locale.h"
 #include "util/string_ids.h"
 
-#include <QComboBox>
 #include <QDateEdit>
 #include <QLineEdit>
 
@@ -26,27 +25,6 @@ protected:
     {
         SetLocale(nullptr);
         CFormsTest::TearDown();
-    }
-    static const CFieldRow* Row(const CFieldForm& form, quint32 id)
-    {
-        for (const CFieldRow& row : form.Rows()) {
-            if (row.Id == id)
-                return &row;
-        }
-        return nullptr;
-    }
-    static void Select(CFieldForm& form, quint32 id)
-    {
-        form.SelectRow(int(Row(form, id) - form.Rows().data()));
-    }
-    static void Choose(CFieldForm& form, quint32 id, int index)
-    {
-        Select(form, id);
-        auto* list = qobject_cast<QComboBox*>(form.focusWidget());
-        ASSERT_TRUE(list) << id;
-        const int steps = (index - list->currentIndex() + list->count()) % list->count();
-        for (int n = 0; n < steps; ++n)
-            QTest::keyClick(list, Qt::Key_Right);
     }
     static void Type(CFieldForm& form, quint32 id, const QString& text)
     {

@@ -1,5 +1,6 @@
 // A window of a hand's size, and dialogs that run in it while the test plays the user.
 #pragma once
+#include <QComboBox>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -7,7 +8,7 @@
 
 #include "drawing/image_store.h"
 #include "drawing/screen_metrics.h"
-#include "forms/form_dialog.h"
+#include "forms/field_form.h"
 #include "settings/settings.h"
 
 // Counts what reaches it, to tell whether a dialog lets anything through.
@@ -54,6 +55,41 @@ protected:
     static QPoint KeyCentre(const CFormDialog& dialog, int index)
     {
         return CSoftKeyBar::KeyRect(dialog.Layout().Keys, index, dialog.SoftKeys().GetCount()).center();
+    }
+
+    // ---- a hand on a form of rows
+    static const CFieldRow* Row(const CFieldForm& form, quint32 id)
+    {
+        for (const CFieldRow& row : form.Rows()) {
+            if (row.Id == id && row.Type != kRowHeader) // whose header has the same number
+                return &row;
+        }
+        return nullptr;
+    }
+    static void Select(CFieldForm& form, quint32 id)
+    {
+        const CFieldRow* const row = Row(form, id);
+        ASSERT_NE(row, nullptr) << id;
+        form.SelectRow(int(row - form.Rows().data()));
+        ASSERT_EQ(form.GetSelectedRow(), row - form.Rows().data()) << id;
+    }
+    template <typename Control> static Control* Live(CFieldForm& form)
+    {
+        for (Control* control : form.findChildren<Control*>()) {
+            if (control->isVisible())
+                return control;
+        }
+        ADD_FAILURE() << "no such control";
+        return nullptr;
+    }
+    static void Choose(CFieldForm& form, quint32 id, int index) // by keys
+    {
+        Select(form, id);
+        auto* list = qobject_cast<QComboBox*>(form.focusWidget());
+        ASSERT_TRUE(list) << id;
+        const int steps = (index - list->currentIndex() + list->count()) % list->count();
+        for (int n = 0; n < steps; ++n)
+            QTest::keyClick(list, Qt::Key_Right);
     }
     CCountingWindow Window;
 };
