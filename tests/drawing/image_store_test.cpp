@@ -133,6 +133,12 @@ TEST_F(ImageStore, FontsFollowSettingsAndDensity)
     EXPECT_EQ(g_ImageStore.FontHeight(600), 33);
     EXPECT_EQ(g_ImageStore.FontHeight(12345), 0);
     EXPECT_GT(QFontMetrics(g_ImageStore.Font(12345)).height(), 0);
+    for (const int forced : {1, 0}) { // smooth, or as the system says
+        g_ImageStore.Clear();
+        g_Settings.General.ForceClearType = forced;
+        EXPECT_EQ(g_ImageStore.Font(0).styleStrategy(), forced ? QFont::PreferAntialias : QFont::PreferDefault);
+    }
+    g_Settings.General.ForceClearType = 1;
     g_Settings.DailyView.TextSize = textSize;
 }
 } // namespace
