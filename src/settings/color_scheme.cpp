@@ -4,6 +4,8 @@
 #include "settings/settings_file.h"
 #include "settings/system_colors.h"
 
+#include <algorithm>
+
 namespace
 {
 constinit COLORREF s_highlight = SystemColor::Highlight;
@@ -53,6 +55,14 @@ COLORREF CColorScheme::ResolveColor(int id) const
 {
     const COLORREF stored = GetStoredColor(id);
     return stored == kColorNotSet ? DefaultColor(id) : stored;
+}
+
+COLORREF CColorScheme::ResolveChosenColor(int id, int otherwise) const
+{
+    const auto* const key = std::find_if(std::begin(kColorKeys), std::end(kColorKeys),
+                                         [id](const CColorKey& known) { return known.Id == id; });
+    const bool isChosen = key != std::end(kColorKeys) && GetStoredColor(id) != key->Default;
+    return ResolveColor(isChosen ? id : otherwise);
 }
 
 COLORREF CColorScheme::DefaultColor(int id, bool* hasRule) const

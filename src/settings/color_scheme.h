@@ -16,6 +16,9 @@ public:
     COLORREF GetStoredColor(int id) const; // kColorNotSet for a number without an entry
     void SetStoredColor(int id, COLORREF color) { m_colorValues[id] = color; }
     COLORREF ResolveColor(int id) const; // what painters use
+    // The same, but while it is its default the colour of another number: for what has a look of its
+    // own until the user chooses one.
+    COLORREF ResolveChosenColor(int id, int otherwise) const;
     // The colour of a number that is not set; black without a rule, and `hasRule` says so.
     COLORREF DefaultColor(int id, bool* hasRule = nullptr) const;
     // Steps through the numbers: 0 gives the first, the end -1; group bases (500, 1000 ..) are

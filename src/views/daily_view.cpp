@@ -13,7 +13,8 @@ namespace
 constexpr int kFontText = 600, kFontSubject = 601, kFontSubjectPast = 602;
 constexpr int kColorText = 3001, kColorSubject = 3002, kColorLocation = 3003, kColorTime = 3004,
               kColorSpecial = 3005;
-constexpr int kColorBack = 3006, kColorSelection = 3007, kColorStripBack = 3009, kColorStripBorder = 3010;
+constexpr int kColorBack = 3006, kColorSelection = 3007, kColorSelectionBorder = 3008;
+constexpr int kColorStripBack = 3009, kColorStripBorder = 3010;
 constexpr int kColorSeparator = 3011, kColorBarBack = 3012, kColorBarBorder = 3013;
 constexpr int kDaysFromWeekStart = 34;
 constexpr int kNoBar = 0; // of IncludeTimelines
@@ -118,6 +119,8 @@ void CDailyView::PrepareLook()
     look.Selection = selection;
     look.Separator = g_Settings.ResolveColor(kColorSeparator);
     look.PopOut = settings.PopOut;
+    if (const COLORREF edge = g_Settings.GetStoredColor(kColorSelectionBorder); edge != kColorNotSet)
+        look.PopOutEdge = edge;
     look.IncludeLocation = settings.IncludeLocation == 1;
     look.BottomMargin = D(2);
     m_list.SetLook(look);

@@ -7,7 +7,6 @@
 
 namespace
 {
-constexpr COLORREF kPopOutEdge = 0x1F0F0A;
 constexpr quint32 kShadowAlpha = 0x80;
 constexpr int kMostPopOut = 3;
 } // namespace
@@ -189,7 +188,7 @@ QImage CItemRowList::SelectedPicture(CPaintingOrderItem& row)
     QImage picture(grown.size(), QImage::Format_RGB32);
     QPainter dc(&picture);
     if (pad) {
-        FillSolid(dc, grown, kPopOutEdge);
+        FillSolid(dc, grown, m_look.PopOutEdge);
         grown.adjust(0, D(1), 0, -D(1));
     }
     DrawSelectionBackground(dc, grown, m_look.Selection);

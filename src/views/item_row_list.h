@@ -17,6 +17,7 @@ class QPainter;
 struct CItemRowListLook {
     COLORREF Back = kColorWhite, Selection = 0, Separator = 0;
     int PopOut = 0; // 0 to 3
+    COLORREF PopOutEdge = 0x1F0F0A;
     bool IncludeLocation = false;
     int TopMargin = 0, BottomMargin = 0; // pixels above the first and below the last row
 };

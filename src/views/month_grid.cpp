@@ -35,9 +35,11 @@ int WindowShift(int firstDay, int day)
 void CMonthGrid::Init()
 {
     const auto color = [](int id) { return g_Settings.ResolveColor(id); };
+    const COLORREF titleText = g_Settings.ResolveChosenColor(6014, 503);
+    const COLORREF titleBack = g_Settings.ResolveChosenColor(6015, 6022);
     m_colors = {color(6001), color(6002), color(6003), color(6004), color(6005),
                 color(6006), color(6007), color(6008), color(6009), {color(6010), color(6011)},
-                color(503),  color(6022), color(6016), color(6017)};
+                titleText,   titleBack,   color(6016), color(6017)};
     int first, second;
     GetWeekendColumns(&first, &second);
     m_weekend = {};

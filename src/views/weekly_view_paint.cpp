@@ -47,7 +47,7 @@ void CWeeklyView::PrepareLook()
         m_painters[size_t(n)].Init(look);
     }
     m_colorTitleText = color(5006);
-    m_colorTitleBack = color(5004);
+    m_colorTitleBack = g_Settings.ResolveChosenColor(5007, 5004);
     m_timeline.reset();
     const int place = settings.IncludeTimelinesBar == 1 || settings.IncludeTimelinesBar == 2
                           ? settings.IncludeTimelinesBar

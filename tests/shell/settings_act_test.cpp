@@ -1,6 +1,7 @@
 // What the settings do: each value that a page offers shows in the view that it governs.
 #include "pim/category_store.h"
 #include "pim/pim_store.h"
+#include "settings/color_table.h"
 #include "shell_fixture.h"
 
 #include <QTest>
@@ -18,6 +19,16 @@ void Forward(CMainFrame& frame)
 void Down(CMainFrame& frame)
 {
     QTest::keyClick(frame.CurrentView(), Qt::Key_Down);
+}
+void DownTwice(CMainFrame& frame)
+{
+    Down(frame);
+    Down(frame);
+}
+void ToAnEmptyDay(CMainFrame& frame)
+{
+    for (int n = 0; n < 3; ++n)
+        QTest::keyClick(frame.CurrentView(), Qt::Key_Right);
 }
 
 constexpr int kD = kViewDaily, kL = kViewList, kW = kViewWeekly, kM = kViewMonthly, kT = kViewTasks;
@@ -106,11 +117,16 @@ protected:
         const struct {
             const char *Subject, *Place, *Categories;
             double Start, Hours;
+            int Busy = 2;
         } kItems[] = {
             {"Early", "Harbour", "Work", 7, 1},
             {"Dentist", "Main street", "Health", 11, 0.5},
             {"Night train", "Platform 2", "Travel", 21, 7},
             {"Yesterday", "There", "Work", -10, 2},
+            {"Free", "", "", 13, 1, 0},
+            {"Maybe", "", "", 14, 1, 1},
+            {"Away", "Out", "", 15, 1, 3},
+            {"Fair", "", "", 0, 24},
             {"Tomorrow", "Here", "Health", 35, 1},
             {"Next week", "Far", "Travel", 24 * 7 + 9.5, 2},
         };
@@ -119,6 +135,8 @@ protected:
             put->put_Subject(item.Subject);
             put->put_Location(item.Place);
             put->put_Categories(item.Categories);
+            put->put_BusyStatus(item.Busy);
+            put->put_AllDayEvent(item.Hours == 24);
             put->put_Start(kToday + item.Start / 24);
             put->put_End(kToday + (item.Start + item.Hours) / 24);
             ASSERT_TRUE(put->Save());
@@ -133,6 +151,7 @@ protected:
         for (const auto& task : kTasks) {
             const auto put = m_app->CreateTask();
             put->put_Subject(task.Subject);
+            put->put_Body("With milk");
             put->put_Importance(task.Subject[0] == 'C' ? 2 : 1);
             if (task.Start != 0)
                 put->put_StartDate(task.Start);
@@ -151,22 +170,25 @@ protected:
     }
     QByteArray Picture(const CLookCase& c, int value)
     {
-        CSettings values;
-        static_cast<CSettingsValues&>(g_Settings) = values;
-        g_Settings.General.SlidingScreens = 0;
-        g_Settings.General.LastView = c.View;
+        static_cast<CSettingsValues&>(g_Settings) = CSettings();
         if (c.Before)
             c.Before(g_Settings);
         c.Value(g_Settings) = value;
-        g_Settings.Save();
+        return PictureOf(c.View, c.After);
+    }
+    QByteArray PictureOf(int view, void (*after)(CMainFrame&))
+    {
+        g_Settings.General.SlidingScreens = 0;
+        g_Settings.General.LastView = view;
         m_frame.reset();
+        g_Settings.Save(); // what the frame reads
         Start().resize(480, 640);
         m_frame->show();
         CCategoryStore& store = PimStore().Categories();
         if (const CCategory* work = store.FindByName("Work"))
             store.SetColor(work->Id, Rgb(20, 120, 50));
-        if (c.After)
-            c.After(*m_frame);
+        if (after)
+            after(*m_frame);
         const QImage picture = m_frame->Snapshot();
         return {reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()};
     }
@@ -182,4 +204,47 @@ TEST_F(SettingsAct, EveryValueLooksItsOwnWay)
             pictures.insert(Picture(c, value));
         EXPECT_EQ(pictures.size(), c.Values.size()) << c.Name << " in view " << c.View;
     }
+}
+
+// Of 79 colours each shows where it belongs, and the defaults bring the first look back.
+TEST_F(SettingsAct, EveryColorShows)
+{
+    AddAll();
+    const auto show = [](CSettingsValues& values, int textColors) {
+        values = CSettings();
+        values.General.TextColorsToUse = textColors;
+        values.General.CustomTitlebarLocation = 2;
+        values.DailyView.IncludeLeadingRects = values.ListView.LeadingRectColors = 1;
+        values.DailyView.PastAppointments = 0;
+        values.DailyView.PopOut = 2;
+        values.ListView.OneLineMode = values.WeekView.HideNoAppointments = 0;
+        values.ListView.IncludeLocation = 1;
+        values.WeekView.LeadingRectColors = 1;
+        values.MonthView.ShowWeekNums = 1;
+        values.TasksView.Sort1 = 106; // in groups
+    };
+    // Without and with the colours of states, which stand before those of texts; then a day of nothing.
+    const auto pictures = [&](int view) {
+        std::vector<QByteArray> looks;
+        for (const int textColors : {0, 2, 0}) {
+            show(g_Settings, textColors);
+            constexpr void (*kHands[])(CMainFrame&) = {Down, DownTwice, ToAnEmptyDay};
+            looks.push_back(PictureOf(view, kHands[looks.size()]));
+        }
+        return looks;
+    };
+    std::map<int, std::vector<QByteArray>> first;
+    for (int view = kViewDaily; view <= kViewTasks; ++view)
+        first[view] = pictures(view);
+    constexpr int kViews[] = {kD, kD, kT, kD, kL, kW, kM, kT}; // by the thousands
+    for (const CColorKey& key : kColorKeys) {
+        g_Settings.SetStoredColor(key.Id, Rgb(250, 30, 210));
+        const int view = kViews[key.Id / 1000];
+        EXPECT_TRUE(pictures(view) != first[view]) << key.Key;
+        g_Settings.SetStoredColor(key.Id, key.Default);
+    }
+    g_Settings.SetStoredColor(3006, Rgb(1, 2, 3));
+    g_Settings.ResetColors();
+    for (const auto& [view, was] : first)
+        EXPECT_TRUE(pictures(view) == was) << view;
 }
