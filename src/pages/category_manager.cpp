@@ -183,9 +183,10 @@ CPaintedPart CCategoryManager::RowPart(int index) const
 
 // ---- focus
 
+// Without a category there is only one thing to do.
 void CCategoryManager::TakeFocus()
 {
-    FocusOn(this);
+    FocusOn(m_lines.empty() ? static_cast<QWidget*>(m_edit) : this);
 }
 
 void CCategoryManager::FocusOn(QWidget* widget)
