@@ -258,12 +258,7 @@ CPaintedPart CFormDialog::GetPart(int index) const
     const int key = index - ContentPartCount();
     if (key < 0)
         return ContentPart(index);
-    CPaintedPart part;
-    part.Name = m_keys.GetKey(key).Text;
-    part.Role = QAccessible::PushButton;
-    part.Rect = ToLogical(CSoftKeyBar::KeyRect(m_layout.Keys, key, m_keys.GetCount()), m_factor);
-    part.Pressable = m_keys.CommandAt(key) != CmdNone;
-    return part;
+    return m_keys.PartOf(key, m_layout.Keys, m_factor);
 }
 
 void CFormDialog::PressPart(int index)

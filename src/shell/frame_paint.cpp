@@ -4,6 +4,7 @@
 #include "settings/system_colors.h"
 #include "shell/main_frame.h"
 #include "shell/title_strip.h"
+#include "touch/command_ids.h"
 #include "touch/device_pixels.h"
 
 #include <QPaintEvent>
@@ -72,4 +73,30 @@ void CMainFrame::OnSystemColors()
         view->OnResize(); // what it made in the old colours is made anew
     BuildSoftKeys();
     update();
+}
+
+// ---- for readers of the screen
+
+int CMainFrame::GetPartCount() const
+{
+    return 1 + m_softKeys.GetCount();
+}
+
+CPaintedPart CMainFrame::GetPart(int index) const
+{
+    const CFrameLayout layout = Layout();
+    if (index > 0)
+        return m_softKeys.PartOf(index - 1, layout.Keys, m_factor);
+    const CCalendarView* const view = CurrentView();
+    CPaintedPart part;
+    part.Name = TitleText();
+    part.Role = QAccessible::StaticText;
+    part.Rect = ToLogical(layout.Title, m_factor);
+    part.Pressable = view && view->IsTitleTappable();
+    return part;
+}
+
+void CMainFrame::PressPart(int index)
+{
+    SendCommand(index > 0 ? m_softKeys.CommandAt(index - 1) : int(CmdGoTo));
 }

@@ -34,6 +34,7 @@ CMainFrame::CMainFrame(CFrameSetup setup)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::StrongFocus);
+    OfferPaintedParts();
 }
 
 CMainFrame::~CMainFrame()

@@ -28,7 +28,7 @@ struct CFrameSetup {
     bool SaveSettings = true;
 };
 
-class CMainFrame : public QWidget, public IViewHost
+class CMainFrame : public QWidget, public IViewHost, public IPaintedParts
 {
 public:
     explicit CMainFrame(CFrameSetup setup);
@@ -70,6 +70,10 @@ public:
     static bool OffersCommand(int command); // there is a handler for it, and what it acts on
     static bool HasView(int kind);
     CFrameLayout Layout() const;
+    // The title strip, then the soft keys.
+    int GetPartCount() const override;
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override;
     const CSoftKeyBar& SoftKeys() const { return m_softKeys; }
     QString TitleText() const;      // with the mark of a filter
     QString ViewButtonText() const; // what the view button leads to

@@ -50,7 +50,8 @@ public:
     }
     void* interface_cast(QAccessible::InterfaceType type) override
     {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : nullptr;
     }
     QStringList actionNames() const override
     {
@@ -116,7 +117,8 @@ private:
     QAccessibleInterface* PartAt(int index) const
     {
         for (int n = int(m_ids.size()); n <= index; ++n)
-            m_ids.push_back(QAccessible::registerAccessibleInterface(new CPartAccessible(widget(), m_parts, n)));
+            m_ids.push_back(
+                QAccessible::registerAccessibleInterface(new CPartAccessible(widget(), m_parts, n)));
         return QAccessible::accessibleInterface(m_ids[size_t(index)]);
     }
 
@@ -131,6 +133,15 @@ QAccessibleInterface* MakeAccessible(const QString&, QObject* object)
     return parts ? new CSurfaceAccessible(widget, parts) : nullptr;
 }
 } // namespace
+
+void TellPartSelected(QWidget* widget, int part)
+{
+    if (!QAccessible::isActive() || part < 0)
+        return;
+    QAccessibleEvent event(widget, QAccessible::Focus);
+    event.setChild(part);
+    QAccessible::updateAccessibility(&event);
+}
 
 void OfferPaintedParts()
 {

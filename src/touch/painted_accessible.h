@@ -9,6 +9,8 @@
 #include <QRect>
 #include <QString>
 
+class QWidget;
+
 struct CPaintedPart {
     QString Name, Value;
     QAccessible::Role Role = QAccessible::ListItem;
@@ -27,4 +29,6 @@ public:
     virtual void PressPart(int index) = 0; // as a tap on it would
 };
 
+// Tells whoever reads the screen that this part has the keyboard's selection now.
+void TellPartSelected(QWidget* widget, int part);
 void OfferPaintedParts(); // for all widgets with parts; harmless when repeated

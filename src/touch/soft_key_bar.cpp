@@ -1,11 +1,15 @@
 #include "touch/soft_key_bar.h"
 #include "drawing/image_store.h"
 #include "drawing/paint.h"
+#include "drawing/picture_ids.h"
 #include "drawing/screen_metrics.h"
 #include "drawing/text.h"
 #include "settings/color_scheme.h"
 #include "touch/command_ids.h"
+#include "touch/device_pixels.h"
 #include "touch/white_picture.h"
+#include "util/string_ids.h"
+#include "util/string_store.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -21,6 +25,27 @@ constexpr int kKeyMargin = 4; // design pixels, as the next one
 constexpr int kPictureGap = 6;
 constexpr COLORREF kDarkInk = Rgb(0x2B, 0x3E, 0x55);
 constexpr double kEnoughContrast = 3; // of bold text
+
+// What the keys are called that show a picture alone.
+constexpr struct {
+    int Command, Text;
+} kNames[] = {
+    {CmdViewButton, StrSelectView},
+    {CmdDateBack, StrPreviousDates},
+    {CmdDateForward, StrNextDates},
+    {CmdGoTo, StrGoTo},
+    {CmdToday, StrToday},
+    {CmdMenu, StrMenu},
+    {CmdSearchStart, StrSearch},
+    {CmdSearchOptions, StrOptions},
+    {CmdToggleKeyboard, StrKeyboard},
+    {CmdTasksShowMenu, StrView},
+    {CmdTasksSort1Menu, StrSorts},
+    {CmdToggleTask, StrCompleteTask},
+    {CmdSettings, StrSettings},
+    {CmdFilterMenu, StrFilters},
+    {CmdManageFilters, StrManageFilters},
+};
 } // namespace
 
 int CSoftKeyBar::Height()
@@ -55,6 +80,23 @@ void CSoftKeyBar::Clear()
     m_keys.clear();
     m_pressed = -1;
     m_background = QImage();
+}
+
+CPaintedPart CSoftKeyBar::PartOf(int index, const QRect& bar, int k) const
+{
+    const CSoftKey& key = GetKey(index);
+    CPaintedPart part;
+    part.Name = key.Text;
+    for (const auto& known : kNames) {
+        if (part.Name.isEmpty() && known.Command == key.Command)
+            part.Name = GetString(known.Text);
+    }
+    if (part.Name.isEmpty() && key.ImageId == PictureCancel)
+        part.Name = GetString(StrClose);
+    part.Role = QAccessible::PushButton;
+    part.Rect = ToLogical(KeyRect(bar, index, GetCount()), k);
+    part.Pressable = key.Command != CmdNone;
+    return part;
 }
 
 void CSoftKeyBar::Paint(QPainter& dc, const QRect& bar)

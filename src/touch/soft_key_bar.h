@@ -3,6 +3,7 @@
 // Units: surface pixels; rectangles with exclusive right and bottom edges.
 // The bar sends nothing: the owner asks it what lies under the finger.
 #pragma once
+#include "touch/painted_accessible.h"
 #include "util/color.h"
 
 #include <QImage>
@@ -41,6 +42,8 @@ public:
     int GetCount() const { return int(m_keys.size()); }
     const CSoftKey& GetKey(int index) const { return m_keys[size_t(index)]; }
     int CommandAt(int index) const; // CmdNone out of range
+    // For readers of the screen; `bar` with k surface pixels to a logical one.
+    CPaintedPart PartOf(int index, const QRect& bar, int k) const;
     int FirstCommand() const;       // key F1; CmdNone without buttons or for a separator
     int LastCommand() const;        // key F2
 

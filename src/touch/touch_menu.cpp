@@ -151,6 +151,7 @@ void CTouchMenu::OnTap(quint32, int, int y)
 void CTouchMenu::SelectRow(int index)
 {
     m_selected = index;
+    TellPartSelected(this, index);
 }
 
 void CTouchMenu::mousePressEvent(QMouseEvent* event)
@@ -224,6 +225,8 @@ void CTouchMenu::SelectByKey(int direction)
 
 CPaintedPart CTouchMenu::GetPart(int index) const
 {
+    if (index >= GetRowCount())
+        return m_keys.PartOf(index - GetRowCount(), Layout().Keys, m_factor);
     const CTouchMenuRow& row = m_rows[size_t(index)];
     const QRect rect = RowRect(index).translated(m_touch.Area().x(), m_touch.Area().y() + m_touch.Scroll());
     return {.Name = row.Text,
@@ -232,6 +235,14 @@ CPaintedPart CTouchMenu::GetPart(int index) const
             .Selected = index == m_selected,
             .Checkable = row.Checked,
             .Checked = row.Checked};
+}
+
+void CTouchMenu::PressPart(int index)
+{
+    if (index < GetRowCount())
+        Choose(m_rows[size_t(index)].Command);
+    else
+        PressKey(m_keys.CommandAt(index - GetRowCount()));
 }
 
 void CTouchMenu::PressKey(int command)

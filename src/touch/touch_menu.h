@@ -57,9 +57,9 @@ public:
     QImage Snapshot(); // in surface pixels, without what lies under it
 
     // The rows, for readers of the screen.
-    int GetPartCount() const override { return GetRowCount(); }
+    int GetPartCount() const override { return GetRowCount() + m_keys.GetCount(); }
     CPaintedPart GetPart(int index) const override;
-    void PressPart(int index) override { Choose(m_rows[size_t(index)].Command); }
+    void PressPart(int index) override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -443,6 +443,10 @@ enum StringId : int {
     StrSoftkeyRight = 51135,
     StrSoftkeyNone = 51136,
     StrSettingsNotSaved = 51137,
+    // Names of keys that show a picture alone
+    StrPreviousDates = 51138,
+    StrNextDates = 51139,
+    StrKeyboard = 51140,
 
     // Settings: rows
     StrForceClearType = 51201,

@@ -34,6 +34,7 @@ CCalendarView::CCalendarView(IViewHost& host, QWidget* parent)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
+    OfferPaintedParts();
 }
 
 CCalendarView::~CCalendarView() = default;

@@ -6,6 +6,7 @@
 // Ownership: the host is borrowed and outlives the view; m_selected points into the leaf's rows.
 #pragma once
 #include "touch/date_overlay.h"
+#include "touch/painted_accessible.h"
 #include "touch/screen_transition.h"
 #include "touch/soft_key_bar.h"
 #include "touch/touch_menu.h"
@@ -23,7 +24,7 @@ class CTouchNavigator;
 
 enum ViewKind { kViewDaily, kViewList, kViewWeekly, kViewMonthly, kViewTasks, kViewSearch };
 
-class CCalendarView : public QWidget
+class CCalendarView : public QWidget, public IPaintedParts
 {
 public:
     CCalendarView(IViewHost& host, QWidget* parent);
@@ -64,6 +65,11 @@ public:
     virtual void OnCommand(int) {}
     // A key by its number (touch/virtual_keys.h); true when the view did something with it.
     virtual bool OnKey(int key);
+    // For readers of the screen: what the view paints, none by itself.
+    int GetPartCount() const override { return 0; }
+    CPaintedPart GetPart(int) const override { return {}; }
+    void PressPart(int) override {}
+
     // The view as it would show, painted now, in surface pixels; needs no display.
     QImage Snapshot();
     // Identity and day of the selection, for whoever runs a dialog on it.

@@ -1,7 +1,9 @@
 #include "views/item_row_view.h"
 #include "drawing/screen_metrics.h"
 #include "touch/command_ids.h"
+#include "touch/device_pixels.h"
 #include "touch/wait_cursor.h"
+#include "views/spoken_texts.h"
 #include "views/view_menus.h"
 
 #include <QPainter>
@@ -32,6 +34,8 @@ void CItemRowView::Select(CPaintingOrderItem* row)
     m_list.Select(row);
     m_selected = row;
     OnSelectionChanged();
+    if (QAccessible::isActive() && row)
+        TellPartSelected(this, Rows().IndexOf(row));
 }
 
 // ---- lifecycle
@@ -176,4 +180,32 @@ void CItemRowView::SelectNeighbour(int direction)
     ShowRow(*row, direction);
     if (changed)
         m_touch.Redraw(true);
+}
+
+// ---- for readers of the screen: the rows, as far as they go
+
+CPaintedPart CItemRowView::GetPart(int index) const
+{
+    const CPaintingOrderItem& row = *Rows().GetAt(index);
+    CPaintedPart part;
+    if (row.m_item)
+        part = SpokenItem(*row.m_item, row.m_date);
+    else
+        part.Name = NameOfOwnRow(row);
+    const QRect area = m_touch.Area();
+    part.Rect = ToLogical(
+        QRect(area.x(), area.y() + m_touch.Scroll() + row.m_top, area.width(), row.m_bottom - row.m_top),
+        m_factor);
+    part.Selected = &row == m_selected;
+    return part;
+}
+
+// As a tap behind the check box does.
+void CItemRowView::PressPart(int index)
+{
+    const CPaintingOrderItem& row = *Rows().GetAt(index);
+    const QPoint at(m_touch.Area().width() / 2, (row.m_top + row.m_bottom) / 2);
+    ShowRow(row, -1);
+    if (OnPress(0, at.x(), at.y()))
+        OnTap(0, at.x(), at.y());
 }

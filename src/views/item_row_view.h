@@ -25,12 +25,16 @@ public:
     void ForgetPictures() { m_list.ForgetPictures(); }
     CPaintingOrderItem* RowAt(int x, int y) const; // content coordinates
     virtual QRect ListArea() const;                // all of the view, or what is left of it
+    int GetPartCount() const override { return Rows().GetCount(); }
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override;
 
 protected:
     virtual void BuildRows() = 0;   // Forget, then the list's rows from the cache
     virtual void PrepareLook() = 0; // colours, fonts and parts: after a change of size or density
     virtual void PaintEmptyList(QPainter& dc, const QRect& rect) = 0;
     virtual void OnSelectionChanged() {}
+    virtual QString NameOfOwnRow(const CPaintingOrderItem&) const { return {}; } // that is none of an item's
     virtual void OnRowTap(QPoint at); // on the selected row: its menu
     virtual void RunItemMenu();
     virtual QSize CheckBoxMargin() const; // around it that still hits

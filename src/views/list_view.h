@@ -36,6 +36,7 @@ protected:
     void OnRowTap(QPoint at) override;
     void RunItemMenu() override;
     QSize CheckBoxMargin() const override;
+    QString NameOfOwnRow(const CPaintingOrderItem& row) const override;
     bool OnPress(quint32 value, int x, int y) override;
     int PaintOwnRow(QPainter* dc, CPaintingOrderItem& row, const QRect& rect, bool selected) override;
 

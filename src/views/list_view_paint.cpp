@@ -11,6 +11,7 @@
 #include "util/string_store.h"
 #include "views/list_view.h"
 #include "views/mini_timeline.h"
+#include "views/spoken_texts.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -57,6 +58,12 @@ int CListView::PaintOwnRow(QPainter* dc, CPaintingOrderItem& row, const QRect& r
     if (row.m_event == &m_placeholder)
         return PaintEmptyRow(dc, rect, selected);
     return PaintDayTitle(dc, static_cast<const CDayItems&>(*row.m_event), rect, selected);
+}
+
+QString CListView::NameOfOwnRow(const CPaintingOrderItem& row) const
+{
+    return row.m_event == &m_placeholder ? GetString(StrNoAppointments)
+                                         : SpokenDay(static_cast<const CDayItems&>(*row.m_event), false);
 }
 
 bool CListView::IsOnExpandBox(int x) const

@@ -9,6 +9,7 @@
 #include "touch/virtual_keys.h"
 #include "touch/wait_cursor.h"
 #include "views/date_keys.h"
+#include "views/spoken_texts.h"
 #include "views/view_menus.h"
 
 #include <QKeyEvent>
@@ -415,5 +416,49 @@ bool CMonthlyView::OnKey(int key)
         return true;
     default:
         return false;
+    }
+}
+
+// ---- for readers of the screen
+
+int CMonthlyView::GetPartCount() const
+{
+    const int days = m_grid.FirstDay() == 0 ? 0 : m_grid.LastDay() - m_grid.FirstDay() + 1;
+    return days + int(m_rows.size());
+}
+
+CPaintedPart CMonthlyView::GetPart(int index) const
+{
+    const int day = m_grid.FirstDay() + index;
+    if (day <= m_grid.LastDay()) {
+        const CDayItems* const items = PimStore().FindDay(day);
+        CPaintedPart part;
+        part.Name = items ? SpokenDay(*items, false) : SpokenDate(day);
+        part.Role = QAccessible::Cell;
+        part.Rect = ToLogical(m_grid.CellOf(day), m_factor);
+        part.Selected = day == CursorDay();
+        return part;
+    }
+    const CDayItemRow& row = m_rows[size_t(day - m_grid.LastDay() - 1)];
+    const CPimItem* const item = FindItem(CursorDay(), row.Item);
+    CPaintedPart part = item ? SpokenItem(*item, CursorDay()) : CPaintedPart();
+    part.Rect =
+        ToLogical(row.Rect.translated(m_touch.Area().x(), m_touch.Area().y() + m_touch.Scroll()), m_factor);
+    part.Selected = m_selectedRow && m_selectedRow->m_identity == row.Item;
+    return part;
+}
+
+// A day is chosen; pressed again it opens.
+void CMonthlyView::PressPart(int index)
+{
+    const int day = m_grid.FirstDay() + index;
+    if (day > m_grid.LastDay()) {
+        const QPoint at = m_rows[size_t(day - m_grid.LastDay() - 1)].Rect.center();
+        OnPress(0, at.x(), at.y());
+        OnTap(0, at.x(), at.y());
+    } else if (day == CursorDay()) {
+        m_host.ShowDaily(kViewMonthly);
+    } else {
+        SelectDay(day);
     }
 }

@@ -44,6 +44,11 @@ public:
     QRect TimelineArea() const;
     QRect ListArea() const;
 
+    // The days of the grid, then the rows of the list.
+    int GetPartCount() const override;
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override;
+
 protected:
     void PaintView(QPainter& dc, QSize size) override;
     void OnLButtonDown(QPoint at) override;

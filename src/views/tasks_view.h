@@ -49,6 +49,7 @@ protected:
     void OnSelectionChanged() override;
     void RunItemMenu() override;
     QSize CheckBoxMargin() const override;
+    QString NameOfOwnRow(const CPaintingOrderItem& row) const override;
     void OnLButtonDown(QPoint at) override;
     void OnLButtonUp(QPoint at) override;
     bool OnPress(quint32 value, int x, int y) override;

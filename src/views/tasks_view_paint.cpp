@@ -101,6 +101,11 @@ int CTasksView::PaintOwnRow(QPainter* dc, CPaintingOrderItem& row, const QRect& 
     return PaintGroupTitle(dc, static_cast<const CTaskGroup&>(*row.m_event), rect, selected);
 }
 
+QString CTasksView::NameOfOwnRow(const CPaintingOrderItem& row) const
+{
+    return static_cast<const CTaskGroup&>(*row.m_event).Name;
+}
+
 int CTasksView::PaintGroupTitle(QPainter* dc, const CTaskGroup& group, const QRect& rect, bool selected) const
 {
     if (!dc)

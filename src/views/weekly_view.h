@@ -42,6 +42,10 @@ public:
     CTouchNavigator& Scroller() { return m_touch; }
     const CTimelineBar* Timeline() const { return m_timeline.get(); }
 
+    int GetPartCount() const override { return CWeekTiles::kDays; }
+    CPaintedPart GetPart(int index) const override;
+    void PressPart(int index) override;
+
 protected:
     void PaintView(QPainter& dc, QSize size) override;
     void OnLButtonDown(QPoint at) override;

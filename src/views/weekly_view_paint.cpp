@@ -7,6 +7,8 @@
 #include "settings/settings.h"
 #include "settings/title_formats.h"
 #include "settings/week_number.h"
+#include "touch/device_pixels.h"
+#include "views/spoken_texts.h"
 #include "views/week_range.h"
 #include "views/weekly_view.h"
 
@@ -164,4 +166,28 @@ int CWeeklyView::RenderContent(quint32, QPainter& dc, quint32, int scroll, int w
         tile.adjust(edge, edge, -edge, -edge);
     }
     return PaintTile(dc, *day, tile, kSelected, scroll) + edge;
+}
+
+// ---- for readers of the screen
+
+CPaintedPart CWeeklyView::GetPart(int index) const
+{
+    const int day = m_firstDay + index;
+    const CDayItems* const items = PimStore().FindDay(day);
+    CPaintedPart part;
+    part.Name = items ? SpokenDay(*items, true) : SpokenDate(day);
+    part.Role = QAccessible::Cell;
+    part.Rect = ToLogical(m_tiles.TileForDay(index), m_factor);
+    part.Selected = day == CursorDay();
+    return part;
+}
+
+// A day is chosen; pressed again it opens.
+void CWeeklyView::PressPart(int index)
+{
+    const int day = m_firstDay + index;
+    if (day == CursorDay())
+        m_host.ShowDaily(kViewWeekly);
+    else
+        MoveTo(day);
 }
