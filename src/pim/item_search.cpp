@@ -134,7 +134,8 @@ CItemSearch::CItemSearch(std::shared_ptr<CPropertyVolume> volume, CCategoryStore
 // The given stage, or the first one after it that has something to search.
 void CItemSearch::Enter(Stage stage)
 {
-    m_place = 0;
+    m_candidates.clear();
+    m_next = 0;
     m_scanned = false;
     if (stage == Stage::Tasks && !(m_request.SearchTasks && m_tasks.Open(m_volume)))
         stage = Stage::Appointments;
@@ -142,25 +143,24 @@ void CItemSearch::Enter(Stage stage)
         !(m_request.SearchAppointments && m_appointments.Open(m_volume, Prop::Start)))
         stage = Stage::Done;
     m_stage = stage;
+    m_place = {};
+    if (stage == Stage::Appointments && m_firstDay != kSearchDayFirst)
+        m_place.Number = FileTimeOfDate(m_firstDay - kZoneReachDays);
 }
 
 void CItemSearch::Scan()
 {
     const bool tasks = m_stage == Stage::Tasks;
-    const FileTime from = tasks || m_firstDay == kSearchDayFirst ? std::numeric_limits<FileTime>::min()
-                                                                 : FileTimeOfDate(m_firstDay - kZoneReachDays);
     const FileTime until = tasks ? std::numeric_limits<FileTime>::max() : FileTimeOfDate(m_lastDay + kZoneReachDays);
+    m_candidates.clear();
+    m_next = 0;
     const auto look = [&](CEOID oid, std::string_view subject, qint64 start) {
-        if (start < from || start > until || !m_test.Fits(subject))
-            return;
-        m_candidates.push_back({tasks ? 0 : start, oid});
+        if (start <= until && m_test.Fits(subject))
+            m_candidates.push_back(oid);
     };
-    m_place = m_volume->ScanTexts(tasks ? kTasksDatabase : kAppointmentsDatabase, Prop::Subject,
-                                  tasks ? 0 : Prop::Start, m_place, kScanAtOnce, look);
-    m_scanned = m_place == 0;
-    // Appointments come by their start, so none is told before all were seen. Tasks come as they are.
-    if (m_scanned || tasks)
-        std::make_heap(m_candidates.begin(), m_candidates.end(), std::greater<>());
+    const bool goesOn = m_volume->ScanTexts(tasks ? kTasksDatabase : kAppointmentsDatabase, Prop::Subject,
+                                            tasks ? 0 : Prop::Start, m_place, kScanAtOnce, look);
+    m_scanned = !goesOn || m_place.Number > until;
 }
 
 bool CItemSearch::RunSlice(ISearchSink& sink, int milliseconds)
@@ -173,11 +173,8 @@ bool CItemSearch::RunSlice(ISearchSink& sink, int milliseconds)
             m_stage = Stage::Done;
         if (m_stage == Stage::Done)
             break;
-        if (!m_candidates.empty() && (m_scanned || m_stage == Stage::Tasks)) {
-            std::pop_heap(m_candidates.begin(), m_candidates.end(), std::greater<>());
-            const CEOID oid = m_candidates.back().Oid;
-            m_candidates.pop_back();
-            Offer(oid, sink);
+        if (m_next < m_candidates.size()) {
+            Offer(m_candidates[m_next++], sink);
         } else if (m_scanned) {
             Enter(m_stage == Stage::Tasks ? Stage::Appointments : Stage::Done);
         } else {
@@ -186,8 +183,6 @@ bool CItemSearch::RunSlice(ISearchSink& sink, int milliseconds)
         if (foundBefore == 0 && m_found == 1)
             break;
     } while (time.elapsed() < milliseconds);
-    if (m_stage == Stage::Done)
-        m_candidates.clear();
     return m_stage != Stage::Done;
 }
 
@@ -222,7 +217,8 @@ void CItemSearch::OfferAppointment(CEOID oid, ISearchSink& sink)
     if (!ReadFound(m_appointments, oid, item) || !m_test.Fits(item.Subject))
         return;
     const int day = DayNumber(item.Start);
-    if (day >= m_firstDay && day <= m_lastDay)
+    // One that moved to a later day meanwhile is met again there.
+    if (day >= m_firstDay && day <= m_lastDay && m_told.insert(oid).second)
         Tell(item, sink);
 }
 

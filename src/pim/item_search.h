@@ -12,6 +12,7 @@
 #include "pim/task_list.h"
 
 #include <string>
+#include <unordered_set>
 
 struct CSearchRequest {
     QString Text;
@@ -68,14 +69,6 @@ public:
 
 private:
     enum class Stage { Tasks, Appointments, Done };
-    struct CCandidate {
-        FileTime Start; // 0 of a task
-        CEOID Oid;
-        bool operator>(const CCandidate& other) const
-        {
-            return Start != other.Start ? Start > other.Start : Oid > other.Oid;
-        }
-    };
     void Enter(Stage stage);
     void Scan();
     void Offer(CEOID oid, ISearchSink& sink);
@@ -90,9 +83,11 @@ private:
     CSubjectTest m_test;
     int m_firstDay, m_lastDay;
     Stage m_stage = Stage::Done;
-    bool m_scanned = false;      // all subjects of this stage
-    CEOID m_place = 0;           // of the scan
-    std::vector<CCandidate> m_candidates; // a heap, the next one in front
+    bool m_scanned = false; // all subjects of this stage
+    CPropertyVolume::CScanPlace m_place;
+    std::vector<CEOID> m_candidates; // of the subjects scanned last
+    size_t m_next = 0;               // of them
+    std::unordered_set<CEOID> m_told; // appointments
     CAppointmentReader m_appointments;
     CTaskReader m_tasks;
     int m_found = 0;

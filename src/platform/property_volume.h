@@ -15,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -63,10 +64,16 @@ struct CSortOrder {
     bool Unique = false;
     bool operator==(const CSortOrder&) const = default;
 };
+// A text that is kept apart in order of a number, so that ScanTexts need not read whole records.
+struct CTextScan {
+    CEPROPID Number, Text;
+    bool operator==(const CTextScan&) const = default;
+};
 struct CDatabaseSchema {
     QString Name;
     std::vector<CPropertyColumn> Columns; // other properties go into the packed rest
     std::vector<CSortOrder> Orders;
+    std::vector<CTextScan> Scans;
 };
 using CVolumeSchema = std::vector<CDatabaseSchema>;
 
@@ -137,13 +144,18 @@ public:
     // All properties of a record, the ones outside the schema too.
     virtual CStatus ReadWholeRecord(const QString& database, CEOID oid, std::vector<CEPROPVAL>& rows) = 0;
     virtual qint64 RecordCount(const QString& database) = 0;
-    // Shows one text of every record without copying it: those after the CEOID `after`, in order of
-    // CEOID, `limit` at most. Records without the text, or without `number` when that is not 0, are
-    // passed over. Both must have a column. Nothing may be read or written while it is shown.
-    // Result: where to go on, 0 at the end.
+    // Shows one text of every record without copying it, in order of `number` and CEOID, or of CEOID
+    // alone when `number` is 0: those behind `place`, which moves on, `limit` at most. Records without
+    // the text, or without the number, are passed over. Both must have a column. Nothing may be read or
+    // written while it is shown.
+    // Result: false at the end.
+    struct CScanPlace {
+        qint64 Number = std::numeric_limits<qint64>::min();
+        CEOID Oid = 0;
+    };
     using CTextLook = std::function<void(CEOID oid, std::string_view utf8, qint64 number)>;
-    virtual CEOID ScanTexts(const QString& database, CEPROPID text, CEPROPID number, CEOID after, int limit,
-                            const CTextLook& look) = 0;
+    virtual bool ScanTexts(const QString& database, CEPROPID text, CEPROPID number, CScanPlace& place, int limit,
+                           const CTextLook& look) = 0;
 
     // Notices. Sequence numbers rise; those after `after` come in order, `limit` at most.
     virtual qint64 LastChange() = 0;

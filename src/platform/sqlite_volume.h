@@ -26,8 +26,8 @@ public:
     CStatus TouchRecord(const QString& database, CEOID oid) override;
     CStatus ReadWholeRecord(const QString& database, CEOID oid, std::vector<CEPROPVAL>& rows) override;
     qint64 RecordCount(const QString& database) override;
-    CEOID ScanTexts(const QString& database, CEPROPID text, CEPROPID number, CEOID after, int limit,
-                    const CTextLook& look) override;
+    bool ScanTexts(const QString& database, CEPROPID text, CEPROPID number, CScanPlace& place, int limit,
+                   const CTextLook& look) override;
     qint64 LastChange() override;
     CStatus ReadChanges(qint64 after, int limit, std::vector<CVolumeChange>& changes) override;
     bool ChangedByOthers() override;

@@ -37,6 +37,12 @@ bool ParseIndexName(const QByteArray& name, int* table, CVolumeOrder* order)
     return order->properties.size() == 1 || order->properties.size() == 2;
 }
 
+QByteArray ScanName(int table, const CTextScan& scan)
+{
+    return "scan_" + QByteArray::number(table) + '_' + ColumnName(scan.Number).mid(1) + '_' +
+           ColumnName(scan.Text).mid(1);
+}
+
 const char* SqlType(CEPROPID id)
 {
     switch (StorageOf(id)) {
@@ -183,6 +189,13 @@ CStatus AddOrders(CSqliteConnection& db, int id, const CDatabaseSchema& database
                                            IndexName(id, order) + " ON records_" + QByteArray::number(id) + "(" +
                                            columns + ") WHERE " + ColumnName(order.Properties[0]) + " IS NOT NULL"));
     }
+    for (const CTextScan& scan : database.Scans) {
+        const QByteArray number = ColumnName(scan.Number);
+        if (status)
+            status = db.Execute(QByteArray("CREATE INDEX IF NOT EXISTS " + ScanName(id, scan) + " ON records_" +
+                                           QByteArray::number(id) + "(" + number + ", oid, " + ColumnName(scan.Text) +
+                                           ") WHERE " + number + " IS NOT NULL"));
+    }
     return status;
 }
 
@@ -241,6 +254,14 @@ CStatus ReadLayout(CSqliteConnection& db, const CVolumeSchema& schema, CVolumeLa
         if (PropTypeOf(id) == PropType::RecordNumber && table->recordNumber == 0)
             table->recordNumber = id;
     });
+    for (CVolumeTable& table : layout) {
+        for (const CTextScan& scan : table.schemaIndex >= 0 ? schema[size_t(table.schemaIndex)].Scans
+                                                            : std::vector<CTextScan>()) {
+            const QByteArray name = ScanName(table.id, scan);
+            if (status && db.Number("SELECT count(*) FROM sqlite_master WHERE name = '" + name + '\'') == 1)
+                table.scans.push_back(scan);
+        }
+    }
     if (!status)
         return status;
     return ForEachRow(db, "SELECT name FROM sqlite_master WHERE type = 'index' AND name LIKE 'order\\_%' ESCAPE '\\'",
@@ -275,6 +296,8 @@ bool HoldsSchema(const CVolumeLayout& layout, const CVolumeSchema& schema)
             if (!order.Properties.empty() && std::none_of(table->orders.begin(), table->orders.end(), isThat))
                 return false;
         }
+        if (table->scans != database.Scans)
+            return false;
     }
     return true;
 }

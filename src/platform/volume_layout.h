@@ -3,7 +3,7 @@
 // Shape: databases (id, name, next_record) and columns (database, id, name) are the catalogue;
 //   records_<n> holds the records of one database, a column p<hex> per property; an index
 //   order_<n>_<hex>[_<hex>][_unique] per sort order, without the records that lack the first
-//   property; a view under the database's own name shows readable columns.
+//   property; an index scan_<n>_<hex>_<hex> per text scan, by the number and holding the text; a view under the database's own name shows readable columns.
 //   counters has the next object identifier and the next change; changes logs writes.
 #pragma once
 #include "platform/property_volume.h"
@@ -34,13 +34,14 @@ struct CVolumeTable {
     std::vector<CVolumeColumn> columns;
     QHash<CEPROPID, int> columnOf;
     std::vector<CVolumeOrder> orders;
+    std::vector<CTextScan> scans;
     CEPROPID recordNumber = 0; // the column of that type, 0 when there is none
 };
 
 using CVolumeLayout = std::vector<CVolumeTable>;
 
 CStatus ReadLayout(CSqliteConnection& db, const CVolumeSchema& schema, CVolumeLayout& layout);
-// Whether every database, column and order of the schema is there.
+// Whether every database, column, order and scan of the schema is there.
 bool HoldsSchema(const CVolumeLayout& layout, const CVolumeSchema& schema);
 // Adds what is missing; properties that now have a column move there out of the packed rest.
 // Within a transaction of the caller.

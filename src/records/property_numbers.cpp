@@ -41,7 +41,8 @@ CDatabaseSchema Appointments()
             {{{Prop::Start}},
              {{Prop::Recurring}}, // absent from plain items, so that this order holds series alone
              {{Prop::LongSpan}},
-             {{Prop::Uid}}}};
+             {{Prop::Uid}}},
+            {{Prop::Start, Prop::Subject}}};
 }
 
 CDatabaseSchema Tasks()

@@ -6,8 +6,12 @@
 #include "shell/command_request.h"
 #include "shell/instance_handover.h"
 #include "shell/main_frame.h"
+#include "touch/command_ids.h"
 #include "views/item_details_form.h"
+#include "views/search_view.h"
 
+#include <QCoreApplication>
+#include <QLineEdit>
 #include <QTimer>
 
 namespace
@@ -128,4 +132,33 @@ void CMainFrame::ServePostedRequest()
         ShowView(request.View, -1);
     if (request.HasDate())
         GoToDate(request.Date1);
+}
+
+// ---- pictures
+
+QImage CMainFrame::SnapshotOfItem(const CCommandRequest& request)
+{
+    QImage picture;
+    QTimer once;
+    once.setSingleShot(true);
+    once.callOnTimeout(this, [&picture] {
+        if (CFormDialog* const form = CFormDialog::Current()) {
+            picture = form->Snapshot();
+            form->End(CFormDialog::kCancelled);
+        }
+    });
+    once.start(0);
+    ShowItem(request, this);
+    return picture;
+}
+
+QImage CMainFrame::SnapshotOfSearch(const QString& words)
+{
+    ShowView(kViewSearch, -1);
+    auto* const search = static_cast<CSearchView*>(CurrentView());
+    search->TextBox().setText(words);
+    SendCommand(CmdSearchStart);
+    while (search->IsSearching())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return Snapshot();
 }

@@ -64,6 +64,10 @@ public:
     void ServePostedRequest();
     // The details or the editor that a request for one item asks for; nothing when it is gone.
     void ShowItem(const CCommandRequest& request, QWidget* owner);
+    // Pictures of what is not the view in front: the form of a request for one item, and a search.
+    // Null where there is no such item.
+    QImage SnapshotOfItem(const CCommandRequest& request);
+    QImage SnapshotOfSearch(const QString& words);
     void OnSystemColors();
 
     // ---- for tests, and for pictures without a display

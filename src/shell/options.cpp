@@ -64,10 +64,16 @@ bool TakeNow(COptions& options, const QString& value)
     return ParseMoment(value, &moment);
 }
 
+bool TakeSearch(COptions& options, const QString& value)
+{
+    options.Search = value;
+    return value.size() >= 2; // as the search itself
+}
+
 constexpr OptionRow kOptions[] = {
     {"--help", false, TakeHelp},    {"-h", false, TakeHelp},          {"--version", false, TakeVersion},
     {"--volume", true, TakeVolume}, {"--density", true, TakeDensity}, {"--snapshot", true, TakeSnapshot},
-    {"--size", true, TakeSize},     {"--now", true, TakeNow},
+    {"--size", true, TakeSize},     {"--now", true, TakeNow},         {"--search", true, TakeSearch},
 };
 
 const OptionRow* FindOption(const QString& name)
@@ -118,10 +124,10 @@ COptions ParseOptions(const QStringList& arguments)
             return Faulty(QStringLiteral("%1 does not take \"%2\"").arg(name, value));
         if (!row->HasValue)
             return options; // help and version leave the rest unread
-        ofSnapshot = ofSnapshot || row->Take == TakeSize || row->Take == TakeNow;
+        ofSnapshot = ofSnapshot || row->Take == TakeSize || row->Take == TakeNow || row->Take == TakeSearch;
     }
     if (ofSnapshot && options.What != COptions::Action::Snapshot)
-        return Faulty(QStringLiteral("--size and --now belong to --snapshot"));
+        return Faulty(QStringLiteral("--size, --now and --search belong to --snapshot"));
     return options;
 }
 
@@ -136,17 +142,20 @@ QString UsageText()
         "  --snapshot FILE       paint the view into a PNG file, with no display, and end\n"
         "    --size WxH          its size in pixels (480x640)\n"
         "    --now MOMENT        the time it is, like 2026-03-10T09:30\n"
+        "    --search WORDS      what a search for them finds\n"
         "  --help, --version\n"
         "\n"
-        "Requests, dates in minutes since 30 December 1899, 0 for none:\n"
-        "  OPEN|VIEW[|DATE]      VIEW is DAILY, LIST, GRID (the week), MONTHLY or TASKS; also of a snapshot,\n"
-        "                        as in: tessera --snapshot month.png 'OPEN|MONTHLY|66371040'\n"
-        "  VIEW|ID|DATE|KIND     an item's details; KIND is APPT or TASK, its ID as tessera-pim tells it with --json\n"
+        "Requests, also of a snapshot, dates in minutes since 30 December 1899, 0 for none:\n"
+        "  OPEN|VIEW[|DATE]      VIEW is DAILY, LIST, GRID (the week), MONTHLY or TASKS, as in:\n"
+        "                        tessera --snapshot month.png 'OPEN|MONTHLY|66371040'\n"
+        "  VIEW|ID|DATE|KIND     an item's details; KIND is APPT or TASK, its ID as tessera-pim tells it "
+        "with --json\n"
         "  EDIT|ID|DATE|KIND     an item's editor\n"
         "  CREATE|START|END|KIND[|CATEGORY]\n"
         "                        the editor of a new item\n"
         "  REPORTLOGPIXELS       print the screen's density and end with it as the status, 192 at most\n"
-        "  SHOWSOFTKEYDIALOG     ask which key of the shell opens the calendar; status 1 left, 2 right, 0 none\n"
+        "  SHOWSOFTKEYDIALOG     ask which key of the shell opens the calendar; status 1 left, 2 right, 0 "
+        "none\n"
         "\n"
         "Status: 0 done, 2 wrong usage, 255 handed over to the open window.\n");
 }

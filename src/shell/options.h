@@ -13,6 +13,7 @@ struct COptions {
     QString SnapshotFile;
     QSize Size = kDefaultSize; // of a snapshot, in its own pixels
     QString Now;               // of a snapshot; empty: the clock
+    QString Search;            // of a snapshot: the words that are searched
     QString Request;           // null without one
 
     static constexpr QSize kDefaultSize{480, 640};

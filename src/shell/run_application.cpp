@@ -26,6 +26,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 namespace
 {
@@ -138,13 +139,24 @@ int RunSnapshot(const COptions& options, char* name)
     const CStatus opened = OpenVolume(options, CPropertyVolume::Mode::ReadOnly, setup.Volume);
     if (!opened && opened.Kind() != StatusKind::NotFound)
         return Complain(opened.Text());
-    bool written = false;
+    bool written = false, noItem = false;
     {
         CMainFrame frame(std::move(setup));
         frame.resize(options.Size);
-        written = frame.OnCreate() && frame.Snapshot().save(options.SnapshotFile, "PNG");
+        const CCommandRequest request = std::exchange(g_CommandRequest, {}); // not served at the start
+        if (!request.IsSingleItem())
+            g_CommandRequest = request;
+        const bool created = frame.OnCreate();
+        const QImage picture = !created                    ? QImage()
+                               : request.IsSingleItem()    ? frame.SnapshotOfItem(request)
+                               : !options.Search.isEmpty() ? frame.SnapshotOfSearch(options.Search)
+                                                           : frame.Snapshot();
+        noItem = created && picture.isNull();
+        written = !noItem && picture.save(options.SnapshotFile, "PNG");
     }
     SetClock(nullptr);
+    if (noItem)
+        return Complain(QStringLiteral("there is no such item"));
     return written ? kExitDone : Complain(QStringLiteral("cannot write %1").arg(options.SnapshotFile));
 }
 
@@ -235,7 +247,7 @@ int RunTessera(int argc, char** argv, const char* version)
         return ReportDensity(options, argv[0]);
     if (options.What == COptions::Action::Run)
         return RunRequest(options, argv[0]);
-    if (g_CommandRequest.IsSingleItem() || g_CommandRequest.Kind == RequestKind::SoftKeyDialog)
-        return Complain(QStringLiteral("a snapshot shows days only"));
+    if (g_CommandRequest.Kind == RequestKind::SoftKeyDialog)
+        return Complain(QStringLiteral("a snapshot shows views and items only"));
     return RunSnapshot(options, argv[0]);
 }

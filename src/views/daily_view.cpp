@@ -143,7 +143,7 @@ bool CDailyView::FillTouchMenu(CTouchMenu& menu)
 
 bool CDailyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, SelectedItem());
+    AddMoreRows(m_host, AddViewMenuRows(m_host, menu, SelectedItem()), SelectedItem());
     return true;
 }
 

@@ -300,9 +300,11 @@ bool CListView::FillTouchMenu(CTouchMenu& menu)
 
 bool CListView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, SelectedItem());
-    menu.addAction(GetString(StrExpandAll))->setData(CmdTasksExpandAll);
-    menu.addAction(GetString(StrCollapseAll))->setData(CmdTasksCollapseAll);
+    QMenu& more = AddViewMenuRows(m_host, menu, SelectedItem());
+    more.addAction(GetString(StrExpandAll))->setData(CmdTasksExpandAll);
+    more.addAction(GetString(StrCollapseAll))->setData(CmdTasksCollapseAll);
+    more.addSeparator();
+    AddMoreRows(m_host, more, SelectedItem());
     return true;
 }
 

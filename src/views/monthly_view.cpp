@@ -312,19 +312,19 @@ void CMonthlyView::OpenMenu()
     if (m_selected)
         AddItemMenuRows(m_host, menu, *m_selected->m_item);
     else
-        AddViewMenuRows(m_host, menu, nullptr);
+        AddNewItemRows(m_host, menu);
     RunMenu(menu);
 }
 
 bool CMonthlyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, nullptr);
+    AddNewItemRows(m_host, menu);
     return true;
 }
 
 bool CMonthlyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, nullptr);
+    AddNewItemRows(m_host, menu);
     return true;
 }
 

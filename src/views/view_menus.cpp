@@ -122,10 +122,15 @@ void AddNewTaskRow(const IViewHost& host, CTouchMenu& menu)
     AddRows(host, menu, kTasksMenu, kAlways);
 }
 
-void AddViewMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected)
+QMenu& AddViewMenuRows(const IViewHost& host, QMenu& menu, const CPimItem* selected)
 {
     AddActions(host, menu, kViewMenu, kAlways | SelectionOf(selected));
-    AddMoreRows(host, *menu.addMenu(GetString(StrMore)), selected);
+    return *menu.addMenu(GetString(StrMore));
+}
+
+void AddNewItemRows(const IViewHost& host, QMenu& menu)
+{
+    AddActions(host, menu, kViewMenu, kAlways);
 }
 
 void AddMoreRows(const IViewHost& host, QMenu& more, const CPimItem* selected)

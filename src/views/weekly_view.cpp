@@ -200,19 +200,19 @@ void CWeeklyView::OnContextMenu(QPoint at)
     if (day >= 0)
         MoveTo(m_firstDay + day);
     CTouchMenu menu(GetCursorDateText());
-    AddViewMenuRows(m_host, menu, nullptr);
+    AddNewItemRows(m_host, menu);
     RunMenu(menu);
 }
 
 bool CWeeklyView::FillTouchMenu(CTouchMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, nullptr);
+    AddNewItemRows(m_host, menu);
     return true;
 }
 
 bool CWeeklyView::FillMenu(QMenu& menu)
 {
-    AddViewMenuRows(m_host, menu, nullptr);
+    AddNewItemRows(m_host, menu);
     return true;
 }
 

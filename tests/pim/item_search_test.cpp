@@ -277,17 +277,28 @@ TEST_F(SearchTest, ASearchWithinASearchLeavesItWhole)
 
 TEST_F(SearchTest, GoesThroughManyRecordsInSlices)
 {
+    std::vector<CEOID> oids;
     ASSERT_TRUE(m_volume->Begin(false));
     for (int i = 0; i < 3500; ++i) {
         const std::vector<CEPROPVAL> rows = {{Prop::Start, FileTimeOfDate(Day("2026-03-10") - i)},
                                              {Prop::Subject, i % 1000 == 999 ? QStringLiteral("hit %1").arg(i)
                                                                              : QStringLiteral("miss")}};
-        ASSERT_TRUE(m_volume->WriteRecord(kAppointmentsDatabase, 0, rows, {}, nullptr));
+        CEOID oid = 0;
+        ASSERT_TRUE(m_volume->WriteRecord(kAppointmentsDatabase, 0, rows, {}, &oid));
+        oids.push_back(oid);
     }
     ASSERT_TRUE(m_volume->Commit());
     CItemSearch search(m_volume, m_store.Categories(), Request("hit"));
     CGather found;
+    bool moved = false;
+    found.Between = [&] { // behind all others, where the search has not been
+        if (moved || found.Subjects.size() != 1)
+            return;
+        const CEPROPVAL later(Prop::Start, FileTimeOfDate(Day("2026-04-10")));
+        moved = bool(m_volume->WriteRecord(kAppointmentsDatabase, oids[2999], std::span(&later, 1), {}, nullptr));
+    };
     Run(search, found);
+    EXPECT_TRUE(moved);
     EXPECT_EQ(found.Subjects, QStringList({"hit 2999", "hit 1999", "hit 999"}));
     EXPECT_GE(found.Slices, 4);
 }

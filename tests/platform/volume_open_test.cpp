@@ -170,6 +170,7 @@ TEST_F(CVolumeOpenTest, NewColumnsAndOrdersAreAdded)
     larger[0].Columns.push_back({kNew, "New \"text\""});
     larger[0].Columns.push_back({kNewNumber, "NewNumber"});
     larger[0].Orders.push_back({{kNew}});
+    larger[0].Scans.push_back({kNewNumber, kNew});
     larger.push_back({QStringLiteral("Third"), {{kText, "Text"}}, {}});
     std::shared_ptr<CPropertyVolume> volume;
     // A reader makes do without; what it lacks stays where it was.
@@ -180,6 +181,7 @@ TEST_F(CVolumeOpenTest, NewColumnsAndOrdersAreAdded)
     EXPECT_EQ(Dump(*volume, kThings), dump);
     const auto db = volume->OpenDatabase(kThings, {{kNew}}, true);
     EXPECT_EQ(db->Seek(SeekType::ValueFirstEqual, {kNew, QStringLiteral("was packed")}), 1u);
+    EXPECT_EQ(AskSql(Path(), "SELECT count(*) FROM sqlite_master WHERE name = 'scan_1_77780013_7777001f'"), 1);
     EXPECT_EQ(Put(*volume, QStringLiteral("Third"), {{kText, QStringLiteral("x")}}), 3u);
     ExpectSound(*volume);
     volume.reset();

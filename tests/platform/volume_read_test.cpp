@@ -221,32 +221,36 @@ TEST_F(CVolumeReadTest, AScanShowsEachTextOnce)
     Put(*volume, kThings, {{kText, QStringLiteral("zw\u00f6lf")}}); // without a start
     Put(*volume, kThings, {{kStart, 10}, {kText, QString()}});
     Put(*volume, kThings, {{kStart, -3}, {kText, QStringLiteral("last")}});
+    Put(*volume, kThings, {{kStart, 10}, {kText, QStringLiteral("also")}});
     const QString none = QStringLiteral("No such");
     const struct {
         const QString& Database;
         CEPROPID Text, Number;
-        CEOID After;
+        CPropertyVolume::CScanPlace After;
         const char* Seen;
     } cases[] = {
-        {kThings, kText, kStart, 0, "1 one 50;4  10;5 last -3;"},
-        {kThings, kText, 0, 0, "1 one 0;3 zw\u00f6lf 0;4  0;5 last 0;"},
-        {kThings, kText, kStart, 1, "4  10;5 last -3;"},
-        {kThings, kText, kStart, 5, ""},
-        {kThings, 0x7001001F, 0, 0, ""}, // a text without a column
-        {none, kText, 0, 0, ""},
+        {kThings, kText, kStart, {}, "5 last -3;4  10;6 also 10;1 one 50;"},
+        {kThings, kText, 0, {}, "1 one 0;3 zw\u00f6lf 0;4  0;5 last 0;6 also 0;"},
+        {kThings, kText, kStart, {10, 0}, "4  10;6 also 10;1 one 50;"},
+        {kThings, kText, kStart, {10, 4}, "6 also 10;1 one 50;"},
+        {kThings, kText, kStart, {50, 1}, ""},
+        {kThings, kText, kNumber, {}, ""}, // no record has that number
+        {kThings, kText, 0, {0, 4}, "5 last 0;6 also 0;"},
+        {kThings, 0x7001001F, 0, {}, ""}, // a text without a column
+        {none, kText, 0, {}, ""},
     };
     for (const auto& c : cases) {
         for (int limit = 1; limit <= 7; ++limit) {
             std::string seen;
-            CEOID place = c.After;
-            int calls = 0;
-            do {
-                place = volume->ScanTexts(c.Database, c.Text, c.Number, place, limit,
+            CPropertyVolume::CScanPlace place = c.After;
+            bool goesOn = true;
+            for (int calls = 0; goesOn && calls < 10; ++calls) {
+                goesOn = volume->ScanTexts(c.Database, c.Text, c.Number, place, limit,
                                           [&](CEOID oid, std::string_view text, qint64 number) {
                                               seen += std::to_string(oid) + ' ' + std::string(text) + ' ' +
                                                       std::to_string(number) + ';';
                                           });
-            } while (place != 0 && ++calls < 10);
+            }
             EXPECT_EQ(seen, c.Seen) << "by " << limit;
         }
     }

@@ -25,6 +25,17 @@ QStringList TextsOf(const QMenu& menu)
         texts << (action->isSeparator() ? "-" : action->text());
     return texts;
 }
+
+// With what stands in the menus below it; what is greyed has a mark before it.
+QString AllTextsOf(const QMenu& menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu.actions()) {
+        const QString text = action->isSeparator() ? "-" : (action->isEnabled() ? "" : "!") + action->text();
+        texts << (action->menu() ? text + " (" + AllTextsOf(*action->menu()) + ")" : text);
+    }
+    return texts.join(", ");
+}
 } // namespace
 
 TEST_F(FrameViews, CommandsShowThoseViewsThatThereAre)
@@ -145,6 +156,38 @@ TEST_F(FrameViews, TwentyFiltersOfTheFileActAtOnce)
     m_frame.reset();
     Start();
     EXPECT_EQ(g_Settings.m_currentFilterIndex, 7) << "kept by the settings";
+}
+
+TEST_F(FrameViews, EachViewsShellMenuHasItsRowsBeforeTheCommonOnes)
+{
+    const auto item = m_app->CreateAppointment();
+    item->put_Subject("Dentist");
+    item->put_Start(kToday + 0.5);
+    item->put_End(kToday + 0.6);
+    ASSERT_TRUE(item->Save());
+    const QString folds = "Expand All, Collapse All, -, ";
+    const struct {
+        int Command, Key;
+        QString Own;
+    } cases[] = {
+        {CmdShowDaily, 0, "Delete, More (Duplicate, Beam), "},
+        {CmdShowList, 0, "More (" + folds + "!Duplicate, !Beam), "}, // the day is selected
+        {CmdShowList, Qt::Key_Down, "Delete, More (" + folds + "Duplicate, Beam), "},
+        {CmdShowWeekly, 0, ""},
+        {CmdShowMonthly, 0, ""},
+    };
+    CMainFrame& frame = Start();
+    for (const auto& c : cases) {
+        frame.SendCommand(c.Command);
+        if (c.Key)
+            QTest::keyClick(frame.CurrentView(), Qt::Key(c.Key));
+        QMenu menu;
+        frame.FillShellMenu(menu);
+        EXPECT_EQ(AllTextsOf(menu), "New Appointment, New Task, " + c.Own +
+                                        "-, Go To, Filters (Unfiltered, Manage Filters, -), -, "
+                                        "Search, Settings, Exit Calendar")
+            << c.Command << ' ' << AllTextsOf(menu).toStdString();
+    }
 }
 
 TEST_F(FrameViews, SortCommandsStoreTheirChoice)

@@ -159,6 +159,8 @@ TEST_F(TwoProcesses, TheStatusTellsWhatBecameOfIt)
     EXPECT_TRUE(out.startsWith("tessera "));
     for (const QStringList& wrong : {QStringList{"--bogus"},
                                      {"--snapshot", "/nonexistent/x.png"},
+                                     {"--snapshot", "x.png", "--search", "e"},
+                                     {"--snapshot", "x.png", "SHOWSOFTKEYDIALOG"},
                                      {"--snapshot", "x.png", "VIEW|5|0|APPT"}}) {
         EXPECT_EQ(Run(wrong, &out, &errors), 2) << wrong.join(' ').toStdString();
         EXPECT_TRUE(errors.startsWith("tessera: ")) << errors.toStdString();
@@ -204,6 +206,12 @@ TEST_F(TwoProcesses, ASnapshotNeedsNoDisplayAndWritesNothingElse)
     EXPECT_EQ(picture.size(), QSize(320, 240));
     EXPECT_EQ(Run({"--snapshot", file, "--size", "480x640", "--density", "192"}), 0);
     EXPECT_EQ(QImage(file).size(), QSize(480, 640));
+    const QImage day(file);
+    for (const QStringList& other : {QStringList{"CREATE|66371640|66371700|APPT|Work"}, {"--search", "no such thing"}}) {
+        EXPECT_EQ(Run(QStringList{"--snapshot", file, "--size", "480x640", "--density", "192"} + other), 0);
+        EXPECT_EQ(QImage(file).size(), day.size());
+        EXPECT_NE(QImage(file), day);
+    }
     EXPECT_FALSE(QFile::exists(SettingsFile()));
     EXPECT_FALSE(QFile::exists(m_home.filePath("tessera/pim.vol")));
 }
