@@ -6,6 +6,7 @@
 #include "touch/device_pixels.h"
 #include "touch/virtual_keys.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWindow>
@@ -155,6 +156,7 @@ void CMainFrame::OnInstanceMessage(const CInstanceMessage& message)
     case kMessageShow:
         if (!m_up) // one item's form is shown in the frame's place
             break;
+        m_cameForward = !QApplication::activeWindow();
         setWindowState(windowState() & ~Qt::WindowMinimized);
         show();
         if (windowHandle())

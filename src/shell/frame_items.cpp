@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QTimer>
+#include <utility>
 
 namespace
 {
@@ -114,6 +115,13 @@ bool CMainFrame::ServeStartupRequest(const CCommandRequest& request)
     return true;
 }
 
+// The form was opened for another program, and what was in front before comes back.
+void CMainFrame::FallBack()
+{
+    if (std::exchange(m_cameForward, false) && m_up && !CFormDialog::Current())
+        showMinimized();
+}
+
 void CMainFrame::ServePostedRequest()
 {
     if (LeaveMenu()) // it would be left under the view that the request shows
@@ -125,6 +133,8 @@ void CMainFrame::ServePostedRequest()
         ++m_commandDepth;
         ShowItem(request, CFormDialog::Current() ? static_cast<QWidget*>(CFormDialog::Current()) : this);
         --m_commandDepth;
+        if (request.Kind != RequestKind::CreateAppointment && request.Kind != RequestKind::CreateTask)
+            FallBack();
     }
     if (request.Kind != RequestKind::OpenView)
         return;

@@ -119,7 +119,7 @@ private:
     void LoadLook();
     void Rebuild();
     bool ServeStartupRequest(const CCommandRequest& request);
-    // Edits or creates what the request names, over the window or as one.
+    void FallBack();
     DATE ApplyStartRequest(const CCommandRequest& request);
     void OpenStore();
     void ShowNewLooks(); // of categories
@@ -189,6 +189,7 @@ private:
     QString m_displacedStamp; // of that file, as last seen
     bool m_up = false;
     int m_commandDepth = 0;     // handlers under way; one may run a dialog
+    bool m_cameForward = false; // for the request of another process, from behind other windows
     bool m_backPressed = false; // the back key went down on the frame, not on a menu that took it
     int m_factor = 1;
 };

@@ -1,5 +1,6 @@
 #include "editors/appointment_editor.h"
 #include "editors/task_editor.h"
+#include "platform/registry.h"
 #include "shell_fixture.h"
 #include "views/item_details_form.h"
 
@@ -77,6 +78,33 @@ TEST_F(ShowItem, RequestsOpenTheirForms)
     Serve("VIEW|4711|0|APPT");
     Serve("VIEW|4711|0|TASK");
     EXPECT_EQ(m_done, 7u) << "an item that is gone opens nothing";
+}
+
+TEST_F(ShowItem, AWindowThatCameForwardForAnotherProgramsItemFallsBack)
+{
+    const quint32 appointment = Add("here", kToday), task = AddTask();
+    Start();
+    m_frame->show();
+    Watch(std::vector<std::function<void(CFormDialog&)>>(6, [](CFormDialog&) {}));
+    const struct {
+        QString Request;
+        bool InFront, FallsBack;
+    } cases[] = {{QString("VIEW|%1|0|APPT").arg(appointment), false, true},
+                 {QString("VIEW|%1|0|TASK").arg(qint32(task)), false, true},
+                 {QString("EDIT|%1|0|APPT").arg(appointment), false, true},
+                 {QString("EDIT|%1|0|TASK").arg(qint32(task)), false, true},
+                 {QString("VIEW|%1|0|APPT").arg(appointment), true, false},
+                 {"CREATE|0|0|TASK", false, false},
+                 {"OPEN|LIST", false, false}};
+    for (const auto& c : cases) {
+        QApplication::setActiveWindow(c.InFront ? m_frame.get() : nullptr);
+        m_frame->OnInstanceMessage({kMessageShow, 5, 0, {}});
+        EXPECT_FALSE(m_frame->isMinimized());
+        CRegistry::WriteString(kRegistryKey, "CallCmdLine", c.Request);
+        m_frame->OnInstanceMessage({kMessageRequest, 0, 0, {}});
+        EXPECT_EQ(m_frame->isMinimized(), c.FallsBack) << c.Request.toStdString() << c.InFront;
+    }
+    EXPECT_EQ(m_done, 6u);
 }
 
 TEST_F(ShowItem, CommandsOpenFormsAndSaveThem)
