@@ -116,6 +116,7 @@ private:
     QString m_title;
     CSoftKeyBar m_keys;
     CFormDialogLayout m_layout;
+    CToldParts m_told;
     CNumberedTimers m_timers;
     QPointer<QWidget> m_window; // that it lies over; null when it is one itself
     QPointer<QWidget> m_focus;  // had the keyboard before

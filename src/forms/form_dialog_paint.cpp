@@ -111,4 +111,5 @@ void CFormDialog::paintEvent(QPaintEvent*)
     if (m_layout.Page.size() != ToSurface(size(), m_factor))
         window.fillRect(rect(), DimColor());
     BlitSurface(window, PaintPage(), m_layout.Page.topLeft(), m_factor);
+    m_told.Tell(this, *this);
 }

@@ -75,7 +75,6 @@ void CRowListDialog::RowsChanged()
 void CRowListDialog::Select(int index)
 {
     m_selected = std::clamp(index, 0, std::max(RowCount() - 1, 0));
-    TellPartSelected(this, m_selected);
     if (m_touch.Width() == 0)
         return;
     m_touch.EnsureVisible(QRect(0, m_selected * RowHeight(), 1, RowHeight()));

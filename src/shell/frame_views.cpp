@@ -202,6 +202,7 @@ void CMainFrame::UpdateTitle()
         setWindowTitle(GetString(StrProgramTitle));
         Invalidate(Layout().Title);
     }
+    TellPartRenamed(this, 0);
 }
 
 // ---- layout

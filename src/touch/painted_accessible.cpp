@@ -3,6 +3,7 @@
 #include <QAccessibleWidget>
 #include <QPointer>
 #include <QWidget>
+#include <utility>
 #include <vector>
 
 namespace
@@ -42,8 +43,9 @@ public:
         state.invalid = !isValid();
         state.invisible = !m_widget || !m_widget->isVisible();
         state.offscreen = m_widget && !m_widget->rect().intersects(part.Rect);
-        state.selectable = part.Pressable;
+        state.selectable = state.focusable = part.Pressable;
         state.selected = part.Selected;
+        state.focused = part.Selected && m_widget && m_widget->hasFocus();
         state.checkable = part.Checkable;
         state.checked = part.Checked;
         return state;
@@ -132,15 +134,64 @@ QAccessibleInterface* MakeAccessible(const QString&, QObject* object)
     IPaintedParts* const parts = widget ? dynamic_cast<IPaintedParts*>(widget) : nullptr;
     return parts ? new CSurfaceAccessible(widget, parts) : nullptr;
 }
+
+PartListener s_listener;
+
+void Tell(QWidget* widget, int part, QAccessible::Event what)
+{
+    if (!IsScreenRead() || part < 0)
+        return;
+    if (s_listener)
+        s_listener(widget, part, what);
+    QAccessibleEvent event(widget, what);
+    event.setChild(part);
+    QAccessible::updateAccessibility(&event);
+}
 } // namespace
+
+bool IsScreenRead()
+{
+    return s_listener || QAccessible::isActive();
+}
+
+void SetPartListener(PartListener listener)
+{
+    s_listener = std::move(listener);
+}
 
 void TellPartSelected(QWidget* widget, int part)
 {
-    if (!QAccessible::isActive() || part < 0)
+    Tell(widget, part, QAccessible::Focus);
+}
+
+void TellPartRenamed(QWidget* widget, int part)
+{
+    Tell(widget, part, QAccessible::NameChanged);
+}
+
+void CToldParts::Tell(QWidget* widget, const IPaintedParts& parts)
+{
+    if (!IsScreenRead())
         return;
-    QAccessibleEvent event(widget, QAccessible::Focus);
-    event.setChild(part);
-    QAccessible::updateAccessibility(&event);
+    const size_t count = size_t(parts.GetPartCount());
+    const bool others = count != m_told.size(); // by number they are not those that were told
+    m_told.resize(count, {false, false});
+    for (int n = 0; n < int(count); ++n) {
+        const CPaintedPart part = parts.GetPart(n);
+        const State before = std::exchange(m_told[size_t(n)], {part.Selected, part.Checked});
+        // A live control that has the keyboard speaks for itself.
+        if (part.Selected && !before.Selected && widget->hasFocus())
+            TellPartSelected(widget, n);
+        if (part.Checked != before.Checked && !others) {
+            if (s_listener)
+                s_listener(widget, n, QAccessible::StateChanged);
+            QAccessible::State changed;
+            changed.checked = true;
+            QAccessibleStateChangeEvent event(widget, changed);
+            event.setChild(n);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
 }
 
 void OfferPaintedParts()

@@ -8,6 +8,8 @@
 #include <QAccessible>
 #include <QRect>
 #include <QString>
+#include <functional>
+#include <vector>
 
 class QWidget;
 
@@ -31,4 +33,25 @@ public:
 
 // Tells whoever reads the screen that this part has the keyboard's selection now.
 void TellPartSelected(QWidget* widget, int part);
+void TellPartRenamed(QWidget* widget, int part);
+
+// Whether somebody reads the screen, so that telling is worth its cost.
+bool IsScreenRead();
+// Hears what is told from now on, as a reader of the screen would; none: the system's alone.
+using PartListener = std::function<void(QWidget*, int part, QAccessible::Event)>;
+void SetPartListener(PartListener listener);
+
+// For surfaces of few parts: what is selected or checked now and was not when last asked is told.
+// Costs nothing while nobody reads the screen.
+class CToldParts
+{
+public:
+    void Tell(QWidget* widget, const IPaintedParts& parts);
+
+private:
+    struct State {
+        bool Selected, Checked;
+    };
+    std::vector<State> m_told;
+};
 void OfferPaintedParts(); // for all widgets with parts; harmless when repeated

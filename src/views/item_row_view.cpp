@@ -34,7 +34,7 @@ void CItemRowView::Select(CPaintingOrderItem* row)
     m_list.Select(row);
     m_selected = row;
     OnSelectionChanged();
-    if (QAccessible::isActive() && row)
+    if (IsScreenRead() && row)
         TellPartSelected(this, Rows().IndexOf(row));
 }
 

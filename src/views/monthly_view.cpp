@@ -178,6 +178,7 @@ void CMonthlyView::SelectDay(int day)
     }
     Invalidate(m_grid.TakeChanges());
     ShowRows();
+    TellPartSelected(this, CursorDay() - m_grid.FirstDay());
 }
 
 void CMonthlyView::GoToDate(int day)
@@ -187,6 +188,7 @@ void CMonthlyView::GoToDate(int day)
     ShowRows();
     UpdateMonthTitle();
     update();
+    TellPartSelected(this, CursorDay() - m_grid.FirstDay());
 }
 
 void CMonthlyView::ShowRows()
@@ -367,6 +369,7 @@ void CMonthlyView::SelectNeighbour(int direction)
                                               : last;
     const CDayItemRow& row = m_rows[size_t(std::clamp(from, 0, last))];
     SelectRow(&row);
+    TellPartSelected(this, m_grid.LastDay() + 1 - m_grid.FirstDay() + int(&row - m_rows.data()));
     m_touch.EnsureVisible(row.Rect.adjusted(0, -D(1), 0, D(1)));
     m_touch.Redraw(true);
 }

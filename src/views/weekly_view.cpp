@@ -129,6 +129,7 @@ void CWeeklyView::MoveTo(int day)
     if (SetWeek(NearestShowableDay(day)))
         UpdateWeekTitle();
     update();
+    TellPartSelected(this, CursorDay() - m_firstDay);
 }
 
 void CWeeklyView::SetCursorDate(DATE date)

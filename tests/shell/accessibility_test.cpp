@@ -54,6 +54,18 @@ protected:
         Press(widget, name);
         EXPECT_TRUE(met);
     }
+    // What a reader of the screen is told to speak while `act` runs.
+    static std::vector<std::string> Told(std::function<void()> act)
+    {
+        std::vector<std::string> told;
+        SetPartListener([&](QWidget* widget, int part, QAccessible::Event what) {
+            if (what == QAccessible::Focus)
+                told.push_back(Names(*widget)[size_t(part)]);
+        });
+        act();
+        SetPartListener({});
+        return told;
+    }
     CCalendarView& Show(int kind)
     {
         m_frame->ShowView(kind, -1);
@@ -139,4 +151,26 @@ TEST_F(Accessibility, DaysOfWeekAndMonthAreCells)
     const auto names = Names(list);
     EXPECT_NE(std::find(names.begin(), names.end(), "Wednesday, March 11, 2026, 1 Items"), names.end());
     EXPECT_NE(std::find(names.begin(), names.end(), "12:00 PM-1:00 PM, Fair"), names.end());
+}
+
+TEST_F(Accessibility, WhatTheKeysSelectIsTold)
+{
+    using Names = std::vector<std::string>;
+    Add("Dentist", kToday, 10);
+    Start().show();
+    const struct {
+        int view;
+        Qt::Key key;
+        Names told;
+    } cases[] = {{kViewDaily, Qt::Key_Down, {"10:00 AM-11:00 AM, Dentist"}},
+                 {kViewMonthly, Qt::Key_Right, {"Wednesday, March 11, 2026"}},
+                 {kViewWeekly, Qt::Key_Left, {"Tuesday, March 10, 2026, 10:00 AM-11:00 AM, Dentist"}}};
+    for (const auto& c : cases) {
+        CCalendarView& view = Show(c.view);
+        EXPECT_EQ(Told([&] { QTest::keyClick(&view, c.key); }), c.told) << c.view;
+    }
+    PressAnd(*m_frame, "Menu", [&] {
+        CTouchMenu& menu = *CTouchMenu::Current();
+        EXPECT_EQ(Told([&] { QTest::keyClick(&menu, Qt::Key_Down); }), Names{"New Appointment"});
+    });
 }
