@@ -7,8 +7,10 @@
 #include "util/string_store.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -226,6 +228,56 @@ TEST_F(FieldForm, LeavesWhatWasNotTouched)
     });
     EXPECT_EQ(Form.Dates, dates);
     EXPECT_EQ(Form.Texts, texts);
+}
+
+TEST_F(FieldForm, TextOfAnyKindIsKeptPaintedAndEdited)
+{
+    const QString text[] = {
+        QStringLiteral("\U0001F469\u200D\U0001F4BB\U0001F1E9\U0001F1EA"),
+        QStringLiteral("\u05E9\u05DC\u05D5\u05DD abc \u0645\u0631"),
+        QStringLiteral("e\u0301 o\u0308\u0323"),
+        QStringLiteral("\u65E5\u672C &amp; <b> &x\ty"),
+        QString(10000, u'\u00E4'),
+        QStringLiteral("\U0001F389").repeated(5000),
+        QString(QChar(0xD83C)) + 'x', // half a pair
+    };
+    for (const quint32 id : {quint32(kSubject), quint32(kNote)}) {
+        for (const QString& held : text) {
+            SCOPED_TRACE(held.left(20).toStdString());
+            CTestForm form;
+            form.Texts[id] = held;
+            Run(form, [&] {
+                EXPECT_FALSE(form.Snapshot().isNull());
+                Select(form, id);
+                EXPECT_EQ(form.GetEditedText().Text, held);
+                QTest::keyClick(form.focusWidget(), Qt::Key_End, Qt::ControlModifier);
+                QTest::keyClicks(form.focusWidget(), "x");
+                EXPECT_FALSE(form.grab().isNull());
+                QTest::keyClick(&form, Qt::Key_F1);
+            });
+            EXPECT_EQ(form.Texts[id], held + 'x');
+        }
+    }
+}
+
+TEST_F(FieldForm, PastedLineEndsFitTheRow)
+{
+    const struct {
+        quint32 id;
+        const char *pasted, *kept;
+    } cases[] = {
+        {kSubject, "1\r\n2\n3\r4", "1 2 3 4"}, {kNote, "1\r\n2\n3", "1\r\n2\r\n3"}, {kDays, "12", "12"}};
+    for (const auto& c : cases) {
+        CTestForm form;
+        Run(form, [&] {
+            QGuiApplication::clipboard()->setText(c.pasted);
+            Select(form, c.id);
+            QTest::keySequence(form.focusWidget(), QKeySequence::SelectAll);
+            QTest::keySequence(form.focusWidget(), QKeySequence::Paste);
+            QTest::keyClick(&form, Qt::Key_F1);
+        });
+        EXPECT_EQ(form.Texts[c.id].toStdString(), c.kept);
+    }
 }
 
 TEST_F(FieldForm, KeysMoveAlongTheRows)
