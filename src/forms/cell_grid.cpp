@@ -15,8 +15,9 @@
 namespace
 {
 // Design pixels.
-constexpr int kGap = 8;     // between cells
-constexpr int kPadding = 6; // inside them
+constexpr int kGap = 8;          // between cells
+constexpr int kPadding = 6;      // inside them
+constexpr int kNarrowParts = 12; // less of it in cells narrower than so many
 constexpr int kPartGap = 4;
 constexpr int kDiscSize = 32;
 constexpr int kLeastHeight = 40;
@@ -62,7 +63,7 @@ void CCellGrid::AddCell(CCell cell)
 
 CCellGrid::Parts CCellGrid::PartsOf(const CCell& cell, int width) const
 {
-    const int room = width - 2 * D(kPadding);
+    const int room = width - 2 * std::min(D(kPadding), width / kNarrowParts);
     Parts parts;
     if (cell.ImageId > 0)
         parts.Picture = g_ImageStore.Image(cell.ImageId).Height();
@@ -78,13 +79,18 @@ int CCellGrid::CaptionHeight() const
     return m_caption.isEmpty() ? 0 : LineHeight(g_ImageStore.Font(kFontCaption)) + D(kPartGap);
 }
 
+int CCellGrid::HeightOfRows(int cellHeight) const
+{
+    return CaptionHeight() + m_rows * (cellHeight + D(kGap)) - D(kGap);
+}
+
 int CCellGrid::HeightFor(int width) const
 {
     const int cellWidth = (width + D(kGap)) / m_columns - D(kGap);
     int tallest = D(kLeastHeight);
     for (const CCell& cell : m_cells)
         tallest = std::max(tallest, PartsOf(cell, cellWidth).Height() + 2 * D(kPadding));
-    return CaptionHeight() + m_rows * (tallest + D(kGap)) - D(kGap);
+    return HeightOfRows(tallest);
 }
 
 void CCellGrid::SetArea(const QRect& area)

@@ -31,6 +31,8 @@ public:
     const CCell& GetCell(int index) const { return m_cells[size_t(index)]; }
 
     int HeightFor(int width) const; // that the fullest cell asks for, in every row
+    int GetRows() const { return m_rows; }
+    int HeightOfRows(int cellHeight) const; // with caption and gaps
     void SetArea(const QRect& area);
     QRect CellRect(int index) const; // empty before SetArea
     int HitTest(QPoint at) const;    // -1 on no cell

@@ -213,13 +213,18 @@ void CDatePickerDialog::OpenCalendar()
     const int first = GetLocaleInfo(LocaleValue::FirstDayOfWeek).toInt(); // 0 Monday
     m_calendar->setFirstDayOfWeek(Qt::DayOfWeek(std::clamp(first, 0, kDaysOfWeek - 1) + 1));
     m_calendar->setSelectedDate(QDateOf(m_date));
-    connect(m_calendar, &QCalendarWidget::clicked, this, [this](QDate date) {
+    const auto take = [this](QDate date) {
+        if (!m_calendar)
+            return;
         SetDate(DateOfParts(date.year(), date.month(), date.day()), true);
         CloseCalendar();
-    });
+    };
+    connect(m_calendar, &QCalendarWidget::clicked, this, take);
+    connect(m_calendar, &QCalendarWidget::activated, this, take); // Enter
     PlaceCalendar();
     m_calendar->show();
     m_calendar->raise();
+    m_calendar->setFocus();
 }
 
 void CDatePickerDialog::CloseCalendar()
@@ -317,6 +322,8 @@ void CDatePickerDialog::OnKey(int key)
         update();
     } else if (key == kKeyUp || key == kKeyDown) {
         Step(PartOf(m_column), key == kKeyUp ? 1 : -1);
+    } else if (key == kKeySpace) {
+        OpenCalendar();
     } else if (key == kKeyReturn) {
         End(kDone);
     }

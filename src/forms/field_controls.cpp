@@ -109,6 +109,8 @@ CFieldControls::CFieldControls(QWidget* form)
         edit->setFrame(false);
         edit->setButtonSymbols(QAbstractSpinBox::NoButtons);
         edit->setContextMenuPolicy(Qt::NoContextMenu);
+        // A tap on its text is one on the control, which opens the picker.
+        edit->findChild<QLineEdit*>()->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
     Day->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
     Button->setAutoDefault(false);

@@ -14,7 +14,7 @@ namespace
 {
 // Design pixels.
 constexpr int kMargin = 6;
-constexpr int kRowHeight = 44; // that a finger likes; less where there is less room
+constexpr int kCellHeight = 36; // that a finger likes; less where there is less room
 
 constexpr int kMinuteStep = 5;
 constexpr int kHourColumns = 6, kMinuteColumns = 3, kMinuteRows = 4;
@@ -22,6 +22,21 @@ constexpr int kHourColumns = 6, kMinuteColumns = 3, kMinuteRows = 4;
 bool IsTwelveHours()
 {
     return GetLocaleInfo(LocaleValue::TimeMode).startsWith(u'0');
+}
+
+// Cells of one height in all of them, as high as there is room.
+void Stack(const std::vector<CCellGrid*>& grids, QRect area)
+{
+    int rows = 0, taken = -D(kMargin);
+    for (const CCellGrid* const grid : grids) {
+        rows += grid->GetRows();
+        taken += grid->HeightOfRows(0) + D(kMargin);
+    }
+    const int height = std::clamp((area.height() - taken) / rows, 0, D(kCellHeight));
+    for (CCellGrid* const grid : grids) {
+        grid->SetArea({area.topLeft(), QSize(area.width(), grid->HeightOfRows(height))});
+        area.setTop(area.top() + grid->HeightOfRows(height) + D(kMargin));
+    }
 }
 } // namespace
 
@@ -76,35 +91,28 @@ DATE CTimePickerDialog::GetTime() const
 
 int CTimePickerDialog::ContentHeight(int)
 {
-    // As rows: the captions take about half a one each.
-    const int rows = (m_twelveHours ? 2 + kMinuteRows + 1 : 4 + kMinuteRows) + (m_twelveHours ? 2 : 1);
-    return rows * D(kRowHeight) + 2 * D(kMargin);
+    int height = D(kMargin);
+    for (int n = kHours; n <= (m_twelveHours ? kHalves : kMinutes); ++n)
+        height += m_grids[size_t(n)].HeightOfRows(D(kCellHeight)) + D(kMargin);
+    return height;
 }
 
-// Below one another, or where the page is lower than wide the hours beside the others. The cells
-// take what room there is.
+// Below one another, or where the page is lower than wide the minutes beside the others.
 void CTimePickerDialog::OnLayout(const QRect& client)
 {
-    const QRect inner = client.adjusted(D(kMargin), D(kMargin), -D(kMargin), -D(kMargin));
-    const bool beside = client.width() > client.height();
-    const int hourRows = m_twelveHours ? 2 : 4, halfRows = m_twelveHours ? 1 : 0;
-    QRect hours = inner, rest = inner;
-    if (beside) {
-        hours.setWidth(inner.width() * 3 / 5 - D(kMargin) / 2);
-        rest.setLeft(hours.right() + 1 + D(kMargin));
-        hours.setHeight(std::min(hours.height(), (hourRows + 1) * D(kRowHeight)));
-    } else {
-        const int unit = inner.height() / (2 * (hourRows + kMinuteRows + halfRows) + 2 + halfRows);
-        hours.setHeight(unit * (2 * hourRows + 1));
-        rest.setTop(hours.bottom() + 1 + D(kMargin));
+    QRect first = client.adjusted(D(kMargin), D(kMargin), -D(kMargin), -D(kMargin)), second = first;
+    std::vector<CCellGrid*> grids{&m_grids[kHours], &m_grids[kMinutes]};
+    if (m_twelveHours)
+        grids.push_back(&m_grids[kHalves]);
+    if (client.width() <= client.height()) {
+        Stack(grids, first);
+        return;
     }
-    QRect minutes = rest;
-    if (m_twelveHours) {
-        minutes.setHeight(rest.height() * (2 * kMinuteRows + 1) / (2 * kMinuteRows + 4));
-        m_grids[kHalves].SetArea(rest.adjusted(0, minutes.height() + D(kMargin), 0, 0));
-    }
-    m_grids[kHours].SetArea(hours);
-    m_grids[kMinutes].SetArea(minutes);
+    first.setWidth(first.width() * 3 / 5 - D(kMargin) / 2);
+    second.setLeft(first.right() + 1 + D(kMargin));
+    grids.erase(grids.begin() + 1);
+    Stack(grids, first);
+    Stack({&m_grids[kMinutes]}, second);
 }
 
 void CTimePickerDialog::PaintContent(QPainter& dc, const QRect&)
