@@ -6,8 +6,7 @@
 
 namespace
 {
-constexpr int kMaxCount = 65535;   // the stored count has 16 bits
-constexpr int kFirstDay = -109205; // stored dates begin in 1601
+constexpr int kMaxCount = 65535; // the stored count has 16 bits
 constexpr size_t kMaxExceptions = 65535;
 constexpr qint64 kTicksPerMinute = 600000000;
 
@@ -78,7 +77,7 @@ void ComputeEnd(CRecurrencePattern& pattern, int first)
 
 bool IsDate(DATE date)
 {
-    return date > kFirstDay && date < kFarDay;
+    return date > kDayOf1601 && date < kFarDay;
 }
 DATE PlusMinutes(DATE date, qint64 minutes)
 {

@@ -12,7 +12,7 @@ namespace
 {
 constexpr int kZoneBlobBytes = 48;
 constexpr qint64 kLongestOrdinary = 31 * 1440;                                         // minutes
-const FileTime kEarliest = FileTimeOfDate(-109205), kLatest = FileTimeOfDate(2958465); // 1601 to 9999
+const FileTime kEarliest = FileTimeOfDate(kDayOf1601), kLatest = FileTimeOfDate(2958465); // 1601 to 9999
 
 class CVolumeChecker
 {

@@ -6,7 +6,6 @@ namespace
 {
 constexpr qint64 kTicksPerSecond = 10000000;
 constexpr qint64 kTicksPerDay = 86400 * kTicksPerSecond;
-constexpr int kDayOf1601 = -109205; // 1 January 1601, counted from 30 December 1899
 constexpr int kDayOf100 = -657434;  // 1 January 100
 constexpr int kLastDay = 2958465;   // 31 December 9999
 

@@ -9,6 +9,8 @@
 using DATE = double;
 using FileTime = qint64;
 
+constexpr int kDayOf1601 = -109205; // 1 January 1601 as a day number: file times begin there
+
 struct SystemTime {
     quint16 wYear = 0;
     quint16 wMonth = 0;     // 1..12; 0 in a zone rule means no rule

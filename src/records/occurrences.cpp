@@ -7,7 +7,6 @@ namespace
 {
 // No honest occurrence is longer; a longer one would make each range pay for ten years of starts.
 constexpr qint64 kMaxMinutes = 3660 * 1440;
-constexpr int kFirstDay = -109205; // 1 January 1601, where stored dates begin
 
 int Modulo(int value, int divisor)
 {
@@ -34,9 +33,9 @@ bool Selected(int mask, int weekday)
 
 int BoundedDay(DATE date)
 {
-    return date > kFirstDay && date < CPatternDays::kNoDay ? DayNumber(date)
-           : date >= 0                                     ? CPatternDays::kNoDay - 1
-                                                           : kFirstDay;
+    return date > kDayOf1601 && date < CPatternDays::kNoDay ? DayNumber(date)
+           : date >= 0                                      ? CPatternDays::kNoDay - 1
+                                                            : kDayOf1601;
 }
 
 // Ordinal of a set of weekdays in a month: the n-th selected day, or the last one.
@@ -145,7 +144,7 @@ int CPatternDays::DayInWeek(int selected) const
 
 int CPatternDays::DayAt(qint64 index) const
 {
-    if (m_empty || index < 0 || index > kNoDay - kFirstDay)
+    if (m_empty || index < 0 || index > kNoDay - kDayOf1601)
         return kNoDay;
     qint64 day = 0;
     switch (m_type) {
@@ -193,7 +192,7 @@ CPatternIterator::CPatternIterator(const CRecurrencePattern& pattern, int firstD
       m_minutes(std::clamp<qint64>(qint64(pattern.EndMinute) - pattern.StartMinute, 0, kMaxMinutes))
 {
     const qint64 days = (m_startMinute + m_minutes) / 1440; // that one occurrence reaches over
-    m_index = m_days.IndexAtOrAfter(int(std::max<qint64>(qint64(firstDay) - days, kFirstDay)));
+    m_index = m_days.IndexAtOrAfter(int(std::max<qint64>(qint64(firstDay) - days, kDayOf1601)));
     Place();
 }
 

@@ -4,7 +4,6 @@
 
 namespace
 {
-constexpr int kDay1601 = -109205;  // day number of 1 January 1601
 constexpr int kFirstDay = -657434; // 1 January 100
 constexpr int kLastDay = 2958465;  // 31 December 9999
 constexpr qint64 kTicksPerSecond = 10000000;
@@ -210,12 +209,12 @@ void NormalizeUtcAllDay(const SystemTime& utc, SystemTime& local)
 
 DATE MinutesSince1601ToDate(double minutes)
 {
-    return DateOfSeconds(std::llround(minutes) * 60 + qint64(kDay1601) * kSecondsPerDay);
+    return DateOfSeconds(std::llround(minutes) * 60 + qint64(kDayOf1601) * kSecondsPerDay);
 }
 
 double DateToMinutesSince1601(DATE date)
 {
-    return double(std::llround((SignedOf(date) - double(kDay1601)) * 1440.0));
+    return double(std::llround((SignedOf(date) - double(kDayOf1601)) * 1440.0));
 }
 
 DATE LocalToUtc(DATE local, const TimeZoneInformation& zone)
@@ -239,10 +238,10 @@ DATE UtcToLocal(DATE utc, const TimeZoneInformation& zone)
 DATE DateOfFileTime(FileTime utc)
 {
     const qint64 seconds = utc / kTicksPerSecond; // file times begin in 1601: never negative in use
-    return DateOfSeconds(seconds + qint64(kDay1601) * kSecondsPerDay);
+    return DateOfSeconds(seconds + qint64(kDayOf1601) * kSecondsPerDay);
 }
 
 FileTime FileTimeOfDate(DATE date)
 {
-    return (SecondsOf(date) - qint64(kDay1601) * kSecondsPerDay) * kTicksPerSecond;
+    return (SecondsOf(date) - qint64(kDayOf1601) * kSecondsPerDay) * kTicksPerSecond;
 }
