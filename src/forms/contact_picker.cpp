@@ -36,6 +36,12 @@ bool IsAllDigits(const QString& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
+
+QString KeypadKeyOf(CContactInfo contact)
+{
+    contact.BuildSearchKeys(true);
+    return contact.SearchKey;
+}
 } // namespace
 
 CContactPicker::CContactPicker() : CRowListDialog(GetString(StrInsertContact)), m_several(false)
@@ -59,10 +65,8 @@ CContactPicker::CContactPicker(std::vector<CAttendee> attendees)
 void CContactPicker::ReadContacts()
 {
     for (const CContactInfo& contact : PimStore().Contacts()) {
-        CContactInfo keys = contact;
-        keys.BuildSearchKeys(true);
-        CLine line{contact.ItemId,         contact.Name,   contact.Detail,
-                   contact.Name.toLower(), keys.SearchKey, false};
+        CLine line{contact.ItemId,         contact.Name,         contact.Detail,
+                   contact.Name.toLower(), KeypadKeyOf(contact), false};
         line.Checked = std::any_of(m_attendees.begin(), m_attendees.end(), [&](const CAttendee& attendee) {
             return IsSame(attendee, line.Name, line.Address);
         });
@@ -81,7 +85,9 @@ void CContactPicker::AddStrangers()
         if (known)
             continue;
         const QString name = attendee.Name.isEmpty() ? attendee.Address : attendee.Name;
-        strangers.push_back({0, name, attendee.Address, name.toLower(), QString(), true});
+        CContactInfo named;
+        named.Name = name;
+        strangers.push_back({0, name, attendee.Address, name.toLower(), KeypadKeyOf(named), true});
     }
     m_lines.insert(m_lines.begin(), strangers.begin(), strangers.end());
 }
@@ -90,7 +96,7 @@ CContactPicker::CMatch CContactPicker::MatchOf(int line) const
 {
     const CLine& contact = m_lines[size_t(line)];
     int start = int(contact.Key.indexOf(m_search));
-    if (start < 0 && IsAllDigits(m_search))
+    if (start < 0 && m_keypad && IsAllDigits(m_search))
         start = int(contact.KeypadKey.indexOf(m_search));
     return {line, start, int(m_search.size())};
 }

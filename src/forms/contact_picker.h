@@ -1,6 +1,7 @@
 // Contacts by name, narrowed by what is typed: to insert one with a number of theirs, or to check
 // those who attend.
 #pragma once
+#include "desktop/hardware_keyboard.h"
 #include "forms/row_list_dialog.h"
 #include "records/attendees_blob.h"
 
@@ -49,6 +50,7 @@ private:
     void Act(int index);
 
     bool m_several;
+    bool m_keypad = !HasHardwareKeyboard(); // digits find the letters of a telephone's keys, too
     QString m_text, m_search;
     std::vector<CAttendee> m_attendees;
     std::vector<CLine> m_lines;

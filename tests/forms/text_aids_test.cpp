@@ -299,3 +299,18 @@ TEST_F(TextAids, AttendeesAreFoundByTypingAndNoneIsLost)
     EXPECT_EQ(picker.GetAttendees(), (std::vector<CAttendee>{{"Bert", ""}, {"", "carl@x"}}))
         << "the unchecked one went";
 }
+
+TEST_F(TextAids, DigitsFindLettersWhereThereAreNoKeysForThem)
+{
+    for (const bool keyboard : {false, true}) {
+        ReplaceHardwareKeyboard(keyboard);
+        CContactPicker picker({{"Ann Smith", "ann@x"}, {"Bert", ""}, {"266 Club", ""}});
+        Run(picker, [&] {
+            QTest::keyClicks(&picker, "26");
+            EXPECT_EQ(picker.LineText(0), keyboard ? "266 Club" : "Ann Smith");
+            QTest::keyClicks(&picker, "7");
+            EXPECT_EQ(picker.LineText(0), "No matches: 267");
+        });
+    }
+    ReplaceHardwareKeyboard({});
+}
