@@ -7,6 +7,7 @@
 #include "forms/form_parts.h"
 #include "forms/menu_bars.h"
 #include "forms/message_dialog.h"
+#include "forms/question.h"
 #include "pages/color_picker.h"
 #include "pages/icon_picker.h"
 #include "pim/pim_store.h"
@@ -396,6 +397,9 @@ void CCategoryManager::RunMenu()
 
 void CCategoryManager::OnDone()
 {
+    // Those of an item are stored with it. Others would be lost, and a filter's with its meaning.
+    if (m_mode != Mode::Item && !PimStore().Categories().StoreLocal())
+        ShowMessage(this, GetString(StrSaveFailed), GetString(StrSaveFailedCaption));
     m_checked.Clear();
     for (const CLine& line : m_lines) {
         if (line.Checked)

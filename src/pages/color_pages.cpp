@@ -95,8 +95,11 @@ void CColorPage::OnLinkTapped(quint32 id)
     const int number = int(id) - StrColorNames;
     CColorPicker picker(GetString(StrSelectColor), m_scheme.GetStoredColor(number),
                         GetString(StrColorDefault));
-    if (picker.Run(this) == kDone)
-        m_scheme.SetStoredColor(number, picker.GetColor());
+    if (picker.Run(this) != kDone)
+        return;
+    const COLORREF color = picker.GetColor();
+    // Not every colour can be derived when it is not set: the default is what stood there at first.
+    m_scheme.SetStoredColor(number, color == kColorNotSet ? CColorScheme().GetStoredColor(number) : color);
 }
 
 bool CColorPage::Save()

@@ -95,6 +95,24 @@ const CCategory* CCategoryStore::AddLocal(const QString& name)
     return Add(name, m_nextLocalId--);
 }
 
+CStatus CCategoryStore::StoreLocal()
+{
+    CStatus status;
+    bool stored = false;
+    for (const auto& [id, name] : m_localNames) {
+        const CCategory* const category = FindById(id);
+        if (!m_volume || !status || !category || category->Id >= 0)
+            continue;
+        const CEPROPVAL row(Prop::CategoryName, name);
+        CEOID oid = 0;
+        status = m_volume->WriteRecord(kCategoryDatabase, 0, {&row, 1}, {}, &oid);
+        stored = stored || status;
+    }
+    if (stored)
+        Load();
+    return status;
+}
+
 const CCategory* CCategoryStore::Add(const QString& name, qint32 id)
 {
     const auto at = Place(name);

@@ -39,6 +39,8 @@ public:
     const CCategory* GetAt(int index) const;        // in name order; null past the end
     const CCategory* AddLocal(const QString& name); // one of that name that is there already wins
     const CCategory* Add(const QString& name, qint32 id);
+    // Gives those made here a record each, though no item has them yet; what fails stays as it is.
+    CStatus StoreLocal();
     // The look of a category; in memory alone until it is saved. A number that none has is ignored.
     void SetColor(qint32 id, COLORREF color);
     void SetImageName(qint32 id, const QString& reference);

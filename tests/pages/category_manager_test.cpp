@@ -3,6 +3,7 @@
 #include "forms/message_dialog.h"
 #include "pages/category_manager.h"
 #include "pim/pim_store.h"
+#include "records/property_numbers.h"
 
 #include <QLineEdit>
 #include <QTemporaryDir>
@@ -94,6 +95,30 @@ TEST_F(CategoryManager, AddsANameOnce)
     });
     EXPECT_EQ(Answered, 3);
     EXPECT_EQ(dialog.GetNames(), "Garden");
+}
+
+// A list that is kept for itself, or for a filter, would lose what no item has; an item stores its own.
+TEST_F(CategoryManager, WhatIsAddedStaysUnlessItIsAnItems)
+{
+    using enum CCategoryManager::Mode;
+    for (const auto mode : {Item, Filter, Manage}) {
+        std::shared_ptr<CPropertyVolume> volume;
+        ASSERT_TRUE(CPropertyVolume::Open(Folder.filePath(QString::number(int(mode))), PimSchema(),
+                                          CPropertyVolume::Mode::Create, volume));
+        CCategoryStore& store = PimStore().Categories();
+        store.Close();
+        store.Open(volume);
+        CCategoryManager dialog(mode);
+        Run(dialog, [&] {
+            dialog.Edit()->setText("Garden");
+            Answer(dialog, "Add new category with the name Garden?", Qt::Key_F1);
+            QTest::keyClick(dialog.Edit(), Qt::Key_Return);
+            QTest::keyClick(&dialog, Qt::Key_F1);
+        });
+        store.Close();
+        store.Open(volume);
+        EXPECT_EQ(store.GetCount(), mode == Item ? 0 : 1);
+    }
 }
 
 TEST_F(CategoryManager, ManagingChecksNothing)

@@ -86,6 +86,24 @@ TEST_F(Colors, EachOfThePagesColorsIsChosenAndTaken)
             << kColorKeys[n].Key;
 }
 
+TEST_F(Colors, TheDefaultOfOneIsWhatStoodThereAtFirst)
+{
+    CColorScheme scheme;
+    for (const CColorKey& key : kColorKeys)
+        scheme.SetStoredColor(key.Id, Rgb(1, 2, 3));
+    CColorPage page(ColorPageId::Daily, scheme);
+    Run(page, [&] {
+        for (size_t row = 0; row < page.Rows().size(); ++row) {
+            page.SelectRow(int(row));
+            Then<CColorPicker>([&](CColorPicker& picker) { ChooseFromMenu(picker, kCommandDefault); });
+            QTest::keyClick(page.focusWidget(), Qt::Key_Return);
+        }
+        Click(page, KeyCentre(page, 0));
+    });
+    for (const CColorKey& key : kColorKeys)
+        EXPECT_EQ(scheme.GetStoredColor(key.Id), key.Id / 1000 == 3 ? key.Default : Rgb(1, 2, 3)) << key.Key;
+}
+
 TEST_F(Colors, RestoringAsksAndGivesAllDefaults)
 {
     for (const bool answer : {false, true}) {

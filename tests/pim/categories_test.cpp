@@ -68,6 +68,24 @@ TEST_F(Categories, ANewOneIsLocalUntilItIsStored)
     EXPECT_EQ(store.FindById(first)->Id, 7); // however often
 }
 
+TEST_F(Categories, LocalOnesAreStoredOnce)
+{
+    WriteCategory(3, "Work");
+    OpenStore();
+    CCategoryStore& store = m_store.Categories();
+    const qint32 garden = store.AddLocal("Garden")->Id;
+    store.SetColor(garden, 0x00FF00);
+    EXPECT_TRUE(store.StoreLocal());
+    EXPECT_TRUE(store.StoreLocal());
+    const qint32 stored = store.FindByName("Garden")->Id;
+    EXPECT_GT(stored, 3);
+    EXPECT_EQ(store.FindById(garden)->Id, stored);
+    EXPECT_EQ(store.FindById(stored)->Color, 0x00FF00u);
+    OpenStore();
+    EXPECT_EQ(store.GetCount(), 2);
+    EXPECT_EQ(store.FindByName("garden")->Id, stored);
+}
+
 TEST_F(Categories, AFilterFollowsALocalOneIntoTheStore)
 {
     OpenStore();
