@@ -25,6 +25,11 @@ constexpr int kLeastHeight = 40;
 constexpr int kFontText = 4, kFontTextSmall = 6, kFontHint = 3, kFontCaption = 4;
 constexpr int kColorSelectedText = 503;
 constexpr quint32 kFrameAlpha = 120; // of black over the selection's colour
+
+int TextRoom(int width)
+{
+    return width - 2 * std::min(D(kPadding), width / kNarrowParts);
+}
 } // namespace
 
 struct CCellGrid::Parts {
@@ -63,7 +68,7 @@ void CCellGrid::AddCell(CCell cell)
 
 CCellGrid::Parts CCellGrid::PartsOf(const CCell& cell, int width) const
 {
-    const int room = width - 2 * std::min(D(kPadding), width / kNarrowParts);
+    const int room = TextRoom(width);
     Parts parts;
     if (cell.ImageId > 0)
         parts.Picture = g_ImageStore.Image(cell.ImageId).Height();
@@ -170,7 +175,10 @@ void CCellGrid::Paint(QPainter& dc) const
     int tallest = 0; // all cells begin at the same height, so that pictures and texts stand in line
     for (size_t n = 0; n < m_rects.size(); ++n) {
         parts.push_back(PartsOf(m_cells[n], m_rects[n].width()));
-        parts[n].ShrinkTo(m_rects[n].height() - 2 * D(1));
+        const int room = m_rects[n].height() - 2 * D(1);
+        if (parts[n].Height() > room) // before it loses a part
+            parts[n].Text = FitText(m_cells[n].Text, {kFontTextSmall}, TextRoom(m_rects[n].width()));
+        parts[n].ShrinkTo(room);
         tallest = std::max(tallest, parts[n].Height());
     }
     for (size_t n = 0; n < m_rects.size(); ++n)
