@@ -37,6 +37,8 @@ int VirtualKeyOf(const QKeyEvent& event)
         return kKeyF1;
     case Qt::Key_F2:
         return kKeyF2;
+    case Qt::Key_F3:
+        return kKeyF3;
     default:
         return kKeyNone;
     }

@@ -20,6 +20,7 @@ enum VirtualKey : int {
     kKeyA = 65,      // .. 90, either case
     kKeyF1 = 112,    // presses the first soft key
     kKeyF2 = 113,    // presses the last
+    kKeyF3 = 114,    // the action key of some handhelds
 };
 
 // kKeyNone for a key without a number here.

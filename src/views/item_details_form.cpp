@@ -21,7 +21,6 @@
 namespace
 {
 constexpr int kWheelNotch = 120, kWheelLines = 3;
-constexpr int kKeyF3 = 114; // the action key of some handhelds
 } // namespace
 
 CItemDetailsForm::CItemDetailsForm(const CAppointment& item, Editor editor)

@@ -164,5 +164,6 @@ TEST(VirtualKeys, BothDigitRowsAndTheBackKey)
     EXPECT_EQ(of(Qt::Key_Back), kKeyEscape);
     EXPECT_EQ(of(Qt::Key_Enter), 13);
     EXPECT_EQ(of(Qt::Key_F2), 113);
+    EXPECT_EQ(of(Qt::Key_F3), 114);
     EXPECT_EQ(of(Qt::Key_VolumeUp), kKeyNone);
 }
