@@ -40,6 +40,17 @@ CPaintingOrderItem* CItemRowList::InsertItem(CPimItem& item, int day, int order)
     return m_rows.InsertInOrder(std::make_unique<CPaintingOrderItem>(nullptr, &item, day, order));
 }
 
+void CItemRowList::Renew(CPaintingOrderItem& row, int day)
+{
+    m_placed = false;
+    row.m_bottom = row.m_top; // to be measured
+    row.m_date = day;
+    row.m_identity = CItemIdentity::Of(*row.m_item);
+    m_pictures.Drop(&row);
+    if (&row == m_selected)
+        m_pictures.DropSelected();
+}
+
 void CItemRowList::Remove(CPaintingOrderItem* row)
 {
     m_placed = false;

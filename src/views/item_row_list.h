@@ -47,6 +47,7 @@ public:
     // Ascending by order, before rows of equal order. What was measured of the others stays, so that a
     // list may grow row by row.
     CPaintingOrderItem* InsertItem(CPimItem& item, int day, int order);
+    void Renew(CPaintingOrderItem& row, int day); // its item is another, in the same place
     void Remove(CPaintingOrderItem* row); // the selection goes with it
     void Select(CPaintingOrderItem* row); // null for none
     CPaintingOrderItem* Selected() const { return m_selected; }

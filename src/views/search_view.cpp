@@ -91,9 +91,13 @@ void CSearchView::RemoveRow(CPaintingOrderItem* row)
     m_list.Remove(row);
 }
 
-// The item's day, height and looks may be others now.
+// The item's day, height and looks may be others now. Of equals it keeps its place, where the finger is.
 CPaintingOrderItem* CSearchView::ReplaceRow(CPaintingOrderItem* row)
 {
+    if (const CPimItem& item = *m_found[row]; row->m_order == OrderOf(item)) {
+        m_list.Renew(*row, DayNumber(ResultDay(item)));
+        return row;
+    }
     const bool selected = row == m_selected;
     std::unique_ptr<CPimItem> item = std::move(m_found[row]);
     RemoveRow(row);

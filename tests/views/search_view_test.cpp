@@ -290,6 +290,23 @@ TEST_F(Search, ChangesAreReadAnewAndKeepTheSelection)
     EXPECT_TRUE(static_cast<const CTask&>(*View->Rows().GetAt(1)->m_item).Complete);
 }
 
+TEST_F(Search, ATaskThatIsDoneStaysUnderTheFinger)
+{
+    std::vector<quint32> tasks;
+    for (int n = 0; n < 5; ++n)
+        tasks.push_back(AddTask(QStringLiteral("match %1").arg(n), kToday + 3));
+    Open();
+    Find("match");
+    const QStringList before = Subjects();
+    const QImage picture = View->Snapshot();
+    for (const quint32 task : tasks) {
+        ASSERT_TRUE(PimStore().ToggleTaskComplete(*m_app, task));
+        Tell();
+        EXPECT_EQ(Subjects(), before);
+    }
+    EXPECT_NE(View->Snapshot(), picture);
+}
+
 TEST_F(Search, RowsThatComeAboveDoNotMoveWhatIsRead)
 {
     for (int n = 0; n < 40; ++n)
