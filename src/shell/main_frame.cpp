@@ -33,7 +33,7 @@ CMainFrame::CMainFrame(CFrameSetup setup)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus); // a tap on the soft keys leaves it to whom it is
     OfferPaintedParts();
 }
 

@@ -48,6 +48,17 @@ TEST_F(FrameSearch, TheBackKeyReturnsToTheViewBefore)
     EXPECT_EQ(Kind(), kViewMonthly);
 }
 
+TEST_F(FrameSearch, ATapOnTheSoftKeysLeavesTheTextItsFocus)
+{
+    CSearchView& view = Open();
+    m_frame->show();
+    view.TextBox().setFocus();
+    ASSERT_EQ(m_frame->focusWidget(), &view.TextBox());
+    QTest::mouseClick(m_frame->windowHandle(), Qt::LeftButton, {},
+                      m_frame->rect().bottomLeft() + QPoint(m_frame->width() / 2, -12));
+    EXPECT_EQ(m_frame->focusWidget(), &view.TextBox());
+}
+
 TEST_F(FrameSearch, WhatIsTypedIsNoCommand)
 {
     Add("Clinic 9", kToday);

@@ -31,6 +31,18 @@ void ToAnEmptyDay(CMainFrame& frame)
         QTest::keyClick(frame.CurrentView(), Qt::Key_Right);
 }
 
+void ByPriority(CSettingsValues& values)
+{
+    values.Tasks.Sort1 = values.Tasks.Sort2 = 2;
+    values.TasksView.Sort1 = values.TasksView.Sort2 = 102;
+}
+void ByPriorityThenSubject(CSettingsValues& values)
+{
+    ByPriority(values);
+    values.Tasks.Sort2 = 4;
+    values.TasksView.Sort2 = 104;
+}
+
 constexpr int kD = kViewDaily, kL = kViewList, kW = kViewWeekly, kM = kViewMonthly, kT = kViewTasks;
 
 // No two of the values may look alike; the first number is the view, and what else must be set for it.
@@ -46,6 +58,7 @@ const struct CLookCase {
     {kD, KEY(General, IncludeSpecialEvents), {0, 1}},
     {kD, KEY(General, CustomTitlebarLocation), {0, 1, 2, 3, 4}},
     {kD, KEY(General, CustomTitlebarSize), {0, 1, 7, 14}},
+    {kD, KEY(General, DefaultView), {1, 2, 3, 4, 5}},
     {kD, KEY(General, HumanTime), {0, 5}, nullptr, Forward},
     {kD, KEY(DailyView, PopOut), {0, 1, 2, 3}, nullptr, Down},
     {kL, KEY(ListView, PopOut), {0, 1, 2, 3}, nullptr, Down},
@@ -65,6 +78,10 @@ const struct CLookCase {
     {kD, KEY(Tasks, IncludeCompleted), {0, 1}},
     {kD, KEY(Tasks, Sort1), {0, 2, 4}},
     {kD, KEY(Tasks, Sort1Direction), {0, 1}},
+    {kD, KEY(Tasks, Sort2), {0, 4}, ByPriority},
+    {kD, KEY(Tasks, Sort2Direction), {0, 1}, ByPriorityThenSubject},
+    {kD, KEY(Tasks, Sort3), {0, 4}, ByPriority},
+    {kD, KEY(Tasks, Sort3Direction), {0, 1}, ByPriority},
     {kL, KEY(ListView, ListTitleFormat), {1, 2, 3, 4, 5}},
     {kL, KEY(ListView, DateTitleFormat), {0, 1, 2, 3, 4, 5, 6}},
     {kL, KEY(ListView, TextSize), {0, 2, 9, 17}},
@@ -104,6 +121,10 @@ const struct CLookCase {
     {kT, KEY(TasksView, PreviewTextSize), {0, 5}, nullptr, Down},
     {kT, KEY(TasksView, Sort1), {100, 101, 102}},
     {kT, KEY(TasksView, Sort1Direction), {0, 1}},
+    {kT, KEY(TasksView, Sort2), {100, 104}, ByPriority},
+    {kT, KEY(TasksView, Sort2Direction), {0, 1}, ByPriorityThenSubject},
+    {kT, KEY(TasksView, Sort3), {100, 104}, ByPriority},
+    {kT, KEY(TasksView, Sort3Direction), {0, 1}, ByPriority},
     {kT, KEY(TasksView, ItemsToView), {1, 2, 4, 255}},
     {kT, KEY(Tasks, IgnoreCompletedTasksOlderThan), {0, 1, 3}},
 };

@@ -116,10 +116,21 @@ TEST_F(ShowItem, CommandsOpenFormsAndSaveThem)
                QTest::keyClicks(form.focusWidget() ? form.focusWidget() : &form, "Typed");
                QTest::keyClick(&form, Qt::Key_F1);
            },
-           Expect<CTaskEditor>()});
+           Expect<CTaskEditor>(),
+           [](CFormDialog& form) {
+               QTest::keyClicks(form.focusWidget(), "Due");
+               QTest::keyClick(&form, Qt::Key_F1);
+           }});
     m_frame->SendCommand(CmdNewAppointment);
     m_frame->SendCommand(CmdNewTask);
-    EXPECT_EQ(m_done, 2u);
+    m_frame->ShowView(kViewTasks, -1);
+    g_Settings.TasksView.NewTaskDayOffset = 3;
+    m_frame->SendCommand(CmdNewTask);
+    EXPECT_EQ(m_done, 3u);
     m_frame->OnDatabaseChange(PimStore().DrainNotices());
     EXPECT_EQ(SubjectsOf(kToday), QStringList("Typed"));
+    const CDayItems* const due = PimStore().FindDay(kToday + 3);
+    ASSERT_TRUE(due);
+    ASSERT_EQ(due->Tasks.size(), 1u);
+    EXPECT_EQ(due->Tasks[0]->Subject, "Due");
 }
