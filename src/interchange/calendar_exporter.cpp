@@ -2,6 +2,7 @@
 
 #include "records/occurrences.h"
 #include "records/property_numbers.h"
+#include "util/date_time.h"
 
 #include <algorithm>
 
@@ -178,7 +179,7 @@ CStatus CCalendarExporter::ExportContacts(const CExportRange& range)
         CivilOfDayNumber(range.FirstDay, &first, &m, &d);
         CivilOfDayNumber(range.LastDay, &last, &m, &d);
         for (int y = std::max(first, year == kContactYearUnknown ? first : year); y <= last; ++y)
-            if (const int on = DayNumberOf(y, month, day); on >= range.FirstDay && on <= range.LastDay)
+            if (const int on = ReturnInYear(y, month, day); on >= range.FirstDay && on <= range.LastDay)
                 return true;
         return false;
     };

@@ -2,6 +2,7 @@
 
 #include "platform/locale.h"
 #include "records/property_numbers.h"
+#include "util/date_time.h"
 #include "util/string_ids.h"
 #include "util/string_store.h"
 
@@ -60,12 +61,6 @@ char16_t KeyOfLetter(char16_t letter)
 {
     static constexpr char16_t kKeys[] = u"22233344455566677778889999";
     return letter >= 'a' && letter <= 'z' ? kKeys[letter - 'a'] : letter;
-}
-
-// The day on which the date returns in a year.
-int ReturnInYear(int year, int month, int day)
-{
-    return DayNumberOf(year, month, month == 2 && day == 29 ? 28 : day);
 }
 } // namespace
 

@@ -161,6 +161,11 @@ int GetSameDayPrevMonth(int dayNumber)
     return day > length ? last : dayNumber - length;
 }
 
+int ReturnInYear(int year, int month, int day)
+{
+    return DayNumberOf(year, month, month == 2 && day == 29 ? 28 : day);
+}
+
 int GetSameDayNextMonth(int dayNumber)
 {
     int year = 0, month = 0, day = 0;

@@ -54,6 +54,7 @@ void GetMonthBounds(const SystemTime& date, SystemTime* first, SystemTime* last)
 void GetWeekBounds(const SystemTime& date, SystemTime* first, SystemTime* last, int firstDay);
 int GetSameDayPrevMonth(int dayNumber); // clamped to the month's length
 int GetSameDayNextMonth(int dayNumber);
+int ReturnInYear(int year, int month, int day); // of a yearly date; 29 February counts as the 28th
 
 DATE GetTransitionDate(const SystemTime& rule, int year);
 bool IsDaylightTime(const TimeZoneInformation& zone, const SystemTime& time);

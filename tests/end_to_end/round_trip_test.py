@@ -127,11 +127,15 @@ def commands():
     take_in(home, write(home, "few.ics", calendar(
         event("in", "20260310T090000Z", ["SUMMARY:in"]), event("out", "20260410T090000Z", ["SUMMARY:out"]),
         event("daily", "20260301T090000Z", ["SUMMARY:daily", "RRULE:FREQ=DAILY"]),
-        todo("t", ["SUMMARY:task", "DTSTART;VALUE=DATE:20260310", "DUE;VALUE=DATE:20260310", "RRULE:FREQ=DAILY;COUNT=3"]))))
-    take_in(home, write(home, "one.vcf", "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:c\r\nFN:Ann\r\nBDAY:1980-03-10\r\nEND:VCARD\r\n"))
+        todo("t", ["SUMMARY:task", "DTSTART;VALUE=DATE:20260310", "DUE;VALUE=DATE:20260310", "RRULE:FREQ=DAILY;COUNT=3",
+                   "BEGIN:VALARM", "ACTION:DISPLAY", "DESCRIPTION:t", "TRIGGER;VALUE=DATE-TIME:20260310T080000Z", "END:VALARM"]))))
+    take_in(home, write(home, "one.vcf", "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:c\r\nFN:Ann\r\nBDAY:1980-03-10\r\nEND:VCARD\r\n"
+                             "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:leap\r\nFN:Leo\r\nBDAY:2004-02-29\r\nEND:VCARD\r\n"))
     part = export(home, "--from", "2026-03-10", "--to", "2026-03-10")
     for uid, wanted in (("in", True), ("out", False), ("daily", True), ("t", True), ("c", True)):
         expect((f"UID:{uid}\r\n".encode() in part) == wanted, f"the range treats {uid} wrongly")
+    for day, wanted in (("2026-02-28", True), ("2026-03-01", False)):  # as the agenda shows it
+        expect((b"UID:leap\r\n" in export(home, "--from", day, "--to", day)) == wanted, f"the birthday of {day}")
     for ending, has, hasnot in ((".ics", b"BEGIN:VEVENT", b"BEGIN:VCARD"), (".vcf", b"BEGIN:VCARD", b"BEGIN:VCALENDAR")):
         path = os.path.join(home.path, "out" + ending)
         export(home, "--output", path)
@@ -151,8 +155,10 @@ def commands():
     def item(uid, day):
         return next((i for i in home.agenda(day, day) if i["uid"] == uid), None)
     task = item("t", "2026-03-10")
+    expect(task["reminder"], "the reminder is lost")
     expect(home.pim("complete", str(task["id"])).returncode == 0, "complete fails")
     expect(not item("t", "2026-03-10") and item("t", "2026-03-11"), "the completed series does not move on")
+    expect(not item("t", "2026-03-11")["reminder"], "what is completed still reminds")
     daily, contact = item("daily", "2026-03-10"), next(i for i in home.agenda("2026-03-10", "2026-03-10") if i["kind"] == "birthday")
     for number in (daily["id"], contact["id"] % 2**32, task["id"] % 2**32):  # both forms
         expect(home.pim("delete", str(number)).returncode == 0, f"delete {number} fails")

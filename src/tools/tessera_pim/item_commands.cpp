@@ -42,6 +42,7 @@ CStatus Complete(IPOutlookApp& app, quint32 itemId)
     if (task->get_Complete())
         return {};
     task->put_Complete(true);
+    task->put_ReminderSet(false); // as the window does
     return task->Save();
 }
 
