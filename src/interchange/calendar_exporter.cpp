@@ -25,6 +25,14 @@ bool Touches(DATE start, DATE end, const CExportRange& range)
     return first <= range.LastDay && last >= range.FirstDay;
 }
 
+// Its dates are whole days, and it is there on the last one, too.
+bool TaskTouches(const ITask& task, const CExportRange& range)
+{
+    const DATE due = task.get_DueDate(), start = task.get_StartDate() != NO_DATE ? task.get_StartDate() : due;
+    return start != NO_DATE && DayNumber(start) <= range.LastDay &&
+           std::max(DayNumber(start), due != NO_DATE ? DayNumber(due) : 0) >= range.FirstDay;
+}
+
 bool SeriesTouches(const CRecurrencePattern& pattern, bool allDay, const TimeZoneInformation& device,
                    const CExportRange& range)
 {
@@ -155,10 +163,7 @@ CStatus CCalendarExporter::ExportTasks(const CExportRange& range)
                 continue;
             return status;
         }
-        const auto inRange = [&range](DATE date) {
-            return date != NO_DATE && DayNumber(date) >= range.FirstDay && DayNumber(date) <= range.LastDay;
-        };
-        if (range.LastDay != 0 && !inRange(task->get_StartDate()) && !inRange(task->get_DueDate()))
+        if (range.LastDay != 0 && !TaskTouches(*task, range))
             continue;
         CTextLines lines;
         m_tasks.Export(*task, entry.Uid, lines);

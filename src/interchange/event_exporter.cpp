@@ -51,6 +51,19 @@ qint64 OriginalWall(const CRecurrencePattern& pattern, int day)
     return WallOfDay(day) + pattern.StartMinute * 60;
 }
 
+// What was told of an occurrence of one series, as told of a copy's.
+CTextLines UnderUid(CTextLines lines, const QString& uid)
+{
+    int depth = 0;
+    for (std::string& line : lines) {
+        const std::string name = NameOfLine(line);
+        depth += name == "BEGIN" ? 1 : name == "END" ? -1 : 0;
+        if (depth == 0 && name == "UID")
+            line = "UID:" + uid.toStdString();
+    }
+    return lines;
+}
+
 bool SameValues(const CItemValues& a, const CItemValues& b)
 {
     return a.Subject == b.Subject && a.Location == b.Location && a.Note == b.Note &&
@@ -463,7 +476,8 @@ void CEventExporter::CollectChanges(CPart& part, CPart& lead, const std::vector<
         CImportedEvent event;
         const CKeptLines::CChange* const kept = KeptChangeOf(part, exception.OriginalDay, &event);
         if (kept && StillFits(part, series, exception, event)) {
-            AddComponent(kept->Lines, changes.Components.emplace_back());
+            AddComponent(event.Uid == named.Uid ? kept->Lines : UnderUid(kept->Lines, named.Uid),
+                         changes.Components.emplace_back());
             m_zoneWriter.FormOf(HoleOf(CKeptLines(event.Kept)), event.Dates.AllDay, nullptr); // its zone
         } else if (!exception.Deleted) {
             changes.Components.push_back(OccurrenceLines(part, named, lead.Kept, exception));

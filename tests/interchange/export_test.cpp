@@ -237,6 +237,28 @@ TEST_F(ExportTest, ItemsThatWereMadeHereAreKnownWhenTheyComeBack)
     EXPECT_EQ(Export(), first);
 }
 
+TEST_F(ExportTest, ACopyTellsItsChangesAsItsOwn)
+{
+    Import(
+        "BEGIN:VEVENT\nUID:first\nDTSTART:20260302T090000Z\nRRULE:FREQ=DAILY;COUNT=9\nSUMMARY:a\nEND:VEVENT\n"
+        "BEGIN:VEVENT\nUID:first\nRECURRENCE-ID:20260304T090000Z\nDTSTART:20260304T110000Z\nX-KEPT:1\n"
+        "SUMMARY:moved\nEND:VEVENT\nBEGIN:VEVENT\nUID:first\nRECURRENCE-ID:20260305T090000Z\n"
+        "DTSTART:20260305T090000Z\nSTATUS:CANCELLED\nEND:VEVENT");
+    std::unique_ptr<IAppointment> item;
+    ASSERT_TRUE(m_app->GetAppointmentFromOid(m_app->FindByUid(QStringLiteral("first")).at(0).ItemId, item));
+    const auto copy = item->Copy();
+    ASSERT_TRUE(copy->Save().IsOk());
+    ASSERT_TRUE(item->Delete().IsOk());
+
+    const std::string content = Export();
+    EXPECT_EQ(content.find("first"), std::string::npos) << content;
+    const std::string uid = copy->Foreign().Uid.toStdString();
+    ExpectLines(content, "UID:" + uid + "\nX-KEPT:1\nSUMMARY:moved\nSTATUS:CANCELLED", "copy");
+    ASSERT_TRUE(copy->Delete().IsOk());
+    EXPECT_EQ(ImportBytes(content).Counts(), "3 created 0 updated 0 unchanged 0 left out");
+    EXPECT_EQ(Export(), content);
+}
+
 TEST_F(ExportTest, MeetingsTellMethodAndSequence)
 {
     auto item = m_app->CreateAppointment();
@@ -288,12 +310,15 @@ TEST_F(ExportTest, TakesTheItemsOfSomeDays)
 {
     Import("BEGIN:VEVENT\nUID:in\nDTSTART:20260301T090000Z\nRRULE:FREQ=WEEKLY\nSUMMARY:a\nEND:VEVENT\n"
            "BEGIN:VEVENT\nUID:night\nDTSTART;VALUE=DATE:20260309\nDTEND;VALUE=DATE:20260310\nEND:VEVENT\n"
-           "BEGIN:VTODO\nUID:due\nDUE;VALUE=DATE:20260315\nEND:VTODO\nBEGIN:VTODO\nUID:never\nEND:VTODO");
+           "BEGIN:VTODO\nUID:due\nDUE;VALUE=DATE:20260315\nEND:VTODO\nBEGIN:VTODO\nUID:never\nEND:VTODO\n"
+           "BEGIN:VTODO\nUID:through\nDTSTART;VALUE=DATE:20260301\nDUE;VALUE=DATE:20260331\nEND:VTODO\n"
+           "BEGIN:VTODO\nUID:past\nDTSTART;VALUE=DATE:20260301\nDUE;VALUE=DATE:20260309\nEND:VTODO");
     CExportRange range;
     range.FirstDay = DayNumberOf(2026, 3, 10);
     range.LastDay = DayNumberOf(2026, 3, 15);
     const std::string content = Export(range);
-    ExpectLines(content, "UID:in\nUID:due", "");
+    ExpectLines(content, "UID:in\nUID:due\nUID:through", "");
+    EXPECT_EQ(content.find("past"), std::string::npos);
     EXPECT_EQ(content.find("night"), std::string::npos); // ends where the range begins
     EXPECT_EQ(content.find("never"), std::string::npos);
 }
