@@ -171,8 +171,10 @@ void CPatternObject::CopyTo(CPatternObject& other) const
 void CPatternObject::put_RecurrenceType(OlRecurs type)
 {
     CSeriesRows& rows = Edit();
+    const bool wasYearly = rows.IsYearly();
     rows.Type = int(type);
-    rows.Interval = rows.IsYearly() ? 12 : 1;
+    if (!wasYearly || !rows.IsYearly()) // every how many years no form asks, so it stays
+        rows.Interval = rows.IsYearly() ? 12 : 1;
     const int day = DayOfMonthOf(rows.StartDay);
     rows.Mask = 1 << DayOfWeekOf(rows.StartDay);
     rows.DayOfMonth = day;

@@ -376,6 +376,22 @@ TEST_F(Presets, AnUntouchedPatternSurvivesAnEditOfTheRest)
     EXPECT_EQ(rule(), "");
 }
 
+TEST_F(Presets, EverySecondYearStaysSo)
+{
+    auto item = New("2026-03-11 10:00");
+    IRecurrencePattern& pattern = *item->GetRecurrencePattern();
+    pattern.put_RecurrenceType(OlRecurs::Yearly);
+    pattern.put_Interval(24);
+    ASSERT_TRUE(item->Save());
+    const quint32 id = item->get_Oid();
+    CAppointment edited = ReadForEditing(id);
+    Data data;
+    ASSERT_EQ(PresetOf(edited, data), kPresetCustom);
+    data.YearDay = 12; // the form has no row for the years
+    ASSERT_TRUE(Save(edited, kPresetCustom, &data));
+    EXPECT_EQ(Stored(id), "5 every 24 mask 0 day 12 nth 0 from 2026-03-12 to 4500-12-31");
+}
+
 TEST_F(Presets, ANewStartMovesThePattern)
 {
     const quint32 id = Write("2026-03-11 10:00", 2);
