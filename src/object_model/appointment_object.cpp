@@ -85,6 +85,13 @@ void CAppointmentObject::put_Foreign(const CForeignData& data)
     m_changed |= Changed::Foreign;
 }
 
+void CAppointmentObject::put_Identity(const QString& uid, quint32 sequence)
+{
+    m_fields.Foreign.Uid = uid;
+    m_fields.Foreign.Sequence = sequence;
+    m_changed |= Changed::Identity;
+}
+
 // ---- saving
 
 CStatus CAppointmentObject::PutTimes(CRecordRows& rows, CRecurrencePattern& pattern)

@@ -53,6 +53,7 @@ public:
     CStatus Cancel() override;
     const CForeignData& Foreign() const override { return m_fields.Foreign; }
     void put_Foreign(const CForeignData& data) override;
+    void put_Identity(const QString& uid, quint32 sequence) override;
 
     // For its occurrences, which keep these in the series.
     CStatus SaveCategories() { return SaveCategoriesOf(m_itemId, false); }

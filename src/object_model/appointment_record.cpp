@@ -172,7 +172,10 @@ void PutFields(CRecordRows& rows, const CAppointmentFields& fields, unsigned cha
         rows.Remove(Prop::NoteDocument); // it would tell the old text
     }
     if (changed & Changed::Foreign)
-        PutForeign(rows, fields.Foreign);
-    else
-        rows.Number(Prop::LastChange, Clock().GetUtcTime());
+        return PutForeign(rows, fields.Foreign);
+    rows.Number(Prop::LastChange, Clock().GetUtcTime());
+    if (changed & Changed::Identity) {
+        rows.Text(Prop::Uid, fields.Foreign.Uid);
+        rows.Number(Prop::Sequence, fields.Foreign.Sequence);
+    }
 }

@@ -30,7 +30,7 @@ CStatus CItemBase::SaveCategoriesOf(quint32 itemId, bool newItem)
 CStatus CItemBase::WriteRecord(CRecordRows& rows, const QString& database, quint32 tag, CForeignData& foreign,
                                CEOID* oid, quint32* itemId)
 {
-    if (m_oid == 0 && (foreign.Uid.isEmpty() || !IsChanged(Changed::Foreign))) {
+    if (m_oid == 0 && (foreign.Uid.isEmpty() || !IsChanged(Changed::Foreign | Changed::Identity))) {
         if (foreign.Uid.isEmpty())
             foreign.Uid = QUuid::createUuid().toString(QUuid::WithoutBraces);
         rows.Text(Prop::Uid, foreign.Uid);

@@ -8,8 +8,9 @@ class COutlookApp;
 namespace Changed
 {
 constexpr unsigned Subject = 1, Location = 2, Times = 4, BusyStatus = 8, Sensitivity = 16, Body = 32,
-                   Reminder = 64, Categories = 128, Foreign = 256, Priority = 512, Complete = 1024;
-constexpr unsigned All = ~Foreign; // of a new item; what an imported file says is put or not
+                   Reminder = 64, Categories = 128, Foreign = 256, Priority = 512, Complete = 1024,
+                   Identity = 2048;
+constexpr unsigned All = ~(Foreign | Identity); // of a new item; what an imported file says is put or not
 } // namespace Changed
 
 class CItemBase

@@ -130,7 +130,9 @@ public:
     virtual CStatus Cancel() = 0;
 
     virtual const CForeignData& Foreign() const = 0;
-    virtual void put_Foreign(const CForeignData& data) = 0;
+    virtual void put_Foreign(const CForeignData& data) = 0; // the rest of it as a file tells, too
+    // By which other calendars know it again; the owner's change it stays. Of an occurrence: nothing.
+    virtual void put_Identity(const QString& uid, quint32 sequence) = 0;
 };
 
 // A task. Its dates are whole days. A recurring one has a single date at a time: completing it, or

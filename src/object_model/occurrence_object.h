@@ -49,6 +49,7 @@ public:
     void ClearRecurrencePattern() override {}
     const CForeignData& Foreign() const override { return m_series->Foreign(); }
     void put_Foreign(const CForeignData&) override {}
+    void put_Identity(const QString&, quint32) override {}
 
 private:
     template <typename T> void Set(T& field, const T& value, unsigned changed)

@@ -37,12 +37,11 @@ bool IsOwn(const IAppointment& appointment)
 // Other calendars find the meeting again by its identifier, and newer messages by their number.
 void Identify(IAppointment& appointment)
 {
-    CForeignData data = appointment.Foreign();
+    const CForeignData& data = appointment.Foreign();
     if (data.Uid.isEmpty())
-        data.Uid = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        appointment.put_Identity(QUuid::createUuid().toString(QUuid::WithoutBraces), data.Sequence);
     else
-        ++data.Sequence;
-    appointment.put_Foreign(data);
+        appointment.put_Identity(data.Uid, data.Sequence + 1);
 }
 } // namespace
 

@@ -195,6 +195,31 @@ TEST_F(ItemSender, OpensMessagesForTheOwnersMeetingsOnly)
     EXPECT_EQ(m_started.size(), 3) << "another's meeting";
 }
 
+TEST_F(ItemSender, ARequestLeavesTheChangeTheOwners)
+{
+    InstallMail();
+    const quint32 id = Add("Plan", kToday);
+    const CPoomSession session(m_volume);
+    std::unique_ptr<IAppointment> item;
+    ASSERT_TRUE(session.App()->GetAppointmentFromOid(id, item));
+    IRecurrencePattern* pattern = item->GetRecurrencePattern();
+    CForeignData data = item->Foreign();
+    data.SourceRule = "FREQ=WEEKLY;BYSETPOS=1";
+    data.LastChange = 1;
+    item->put_Foreign(data);
+    ASSERT_TRUE(item->Save());
+
+    pattern->put_Interval(2);
+    item->get_Recipients()->Add("Ann")->put_Address("ann@example.org");
+    ASSERT_TRUE(item->Send());
+    ASSERT_TRUE(item->Save());
+    ASSERT_TRUE(m_app->GetAppointmentFromOid(id, item));
+    EXPECT_EQ(item->Foreign().SourceRule, "") << "it tells the series of before";
+    EXPECT_GT(item->Foreign().LastChange, 1);
+    EXPECT_EQ(item->Foreign().Uid, data.Uid);
+    EXPECT_EQ(item->Foreign().Sequence, data.Sequence + 1);
+}
+
 TEST_F(ItemSender, ForgetsFilesOfEarlierDays)
 {
     const QString old = KeepOutgoing({"old.ics", {}, "x"}), young = KeepOutgoing({"young.ics", {}, "y"});
