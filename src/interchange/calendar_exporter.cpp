@@ -28,9 +28,11 @@ bool Touches(DATE start, DATE end, const CExportRange& range)
 // Its dates are whole days, and it is there on the last one, too.
 bool TaskTouches(const ITask& task, const CExportRange& range)
 {
-    const DATE due = task.get_DueDate(), start = task.get_StartDate() != NO_DATE ? task.get_StartDate() : due;
-    return start != NO_DATE && DayNumber(start) <= range.LastDay &&
-           std::max(DayNumber(start), due != NO_DATE ? DayNumber(due) : 0) >= range.FirstDay;
+    if (task.get_StartDate() == NO_DATE && task.get_DueDate() == NO_DATE)
+        return false;
+    const int due = DayNumber(task.get_DueDate() != NO_DATE ? task.get_DueDate() : task.get_StartDate());
+    const int start = task.get_StartDate() != NO_DATE ? DayNumber(task.get_StartDate()) : due;
+    return std::min(start, due) <= range.LastDay && std::max(start, due) >= range.FirstDay;
 }
 
 bool SeriesTouches(const CRecurrencePattern& pattern, bool allDay, const TimeZoneInformation& device,

@@ -54,6 +54,8 @@ CStatus CPropertyVolume::Open(const QString& path, const CVolumeSchema& schema, 
 
 CStatus CSqliteVolume::OpenFile(const CVolumeSchema& schema, Mode mode)
 {
+    if (QFileInfo(m_path).isDir())
+        return {StatusKind::Io, QStringLiteral("%1 is a folder, not a volume.").arg(m_path)};
     CStatus status = OpenConnection(mode);
     int version = 0;
     if (status)
@@ -102,8 +104,6 @@ void CSqliteVolume::SetAsideLog()
 CStatus CSqliteVolume::OpenConnection(Mode mode)
 {
     const QFileInfo info(m_path);
-    if (info.isDir())
-        return {StatusKind::Io, QStringLiteral("%1 is a folder, not a volume.").arg(m_path)};
     if (mode != Mode::Create && !info.exists())
         return {StatusKind::NotFound, QStringLiteral("There is no volume %1.").arg(m_path)};
     if (mode == Mode::Create && !QDir().mkpath(info.absolutePath()))

@@ -312,12 +312,13 @@ TEST_F(ExportTest, TakesTheItemsOfSomeDays)
            "BEGIN:VEVENT\nUID:night\nDTSTART;VALUE=DATE:20260309\nDTEND;VALUE=DATE:20260310\nEND:VEVENT\n"
            "BEGIN:VTODO\nUID:due\nDUE;VALUE=DATE:20260315\nEND:VTODO\nBEGIN:VTODO\nUID:never\nEND:VTODO\n"
            "BEGIN:VTODO\nUID:through\nDTSTART;VALUE=DATE:20260301\nDUE;VALUE=DATE:20260331\nEND:VTODO\n"
-           "BEGIN:VTODO\nUID:past\nDTSTART;VALUE=DATE:20260301\nDUE;VALUE=DATE:20260309\nEND:VTODO");
+           "BEGIN:VTODO\nUID:past\nDTSTART;VALUE=DATE:20260301\nDUE;VALUE=DATE:20260309\nEND:VTODO\n"
+           "BEGIN:VTODO\nUID:early\nDTSTART;VALUE=DATE:20260320\nDUE;VALUE=DATE:20260310\nEND:VTODO");
     CExportRange range;
     range.FirstDay = DayNumberOf(2026, 3, 10);
     range.LastDay = DayNumberOf(2026, 3, 15);
     const std::string content = Export(range);
-    ExpectLines(content, "UID:in\nUID:due\nUID:through", "");
+    ExpectLines(content, "UID:in\nUID:due\nUID:through\nUID:early", "");
     EXPECT_EQ(content.find("past"), std::string::npos);
     EXPECT_EQ(content.find("night"), std::string::npos); // ends where the range begins
     EXPECT_EQ(content.find("never"), std::string::npos);

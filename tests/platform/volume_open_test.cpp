@@ -74,7 +74,11 @@ TEST_F(CVolumeOpenTest, WhatIsMissingIsToldAndNotMade)
     EXPECT_EQ(TryOpen(Path(), Mode::MustExist).Kind(), StatusKind::NotFound);
     EXPECT_EQ(TryOpen(Path(), Mode::ReadOnly).Kind(), StatusKind::NotFound);
     EXPECT_FALSE(QFile::exists(Path()));
-    EXPECT_EQ(TryOpen(m_folder.path(), Mode::Create).Kind(), StatusKind::Io);
+    for (const auto mode : {Mode::Create, Mode::MustExist, Mode::ReadOnly}) {
+        const CStatus status = TryOpen(m_folder.path(), mode);
+        EXPECT_EQ(status.Kind(), StatusKind::Io);
+        EXPECT_TRUE(status.Text().endsWith("is a folder, not a volume.")) << status.Text().toStdString();
+    }
     EXPECT_TRUE(TryOpen(m_folder.filePath(QStringLiteral("a/b/c.vol")), Mode::Create).IsOk());
     EXPECT_EQ(TryOpen(m_folder.filePath(QStringLiteral("a/b/c.vol/d.vol")), Mode::Create).Kind(), StatusKind::Io);
     // An empty file is what a start that was cut off leaves: a volume with nothing in it.
