@@ -75,12 +75,9 @@ void CMainFrame::CmdOpenMenu(int)
     constexpr struct {
         int Command, Image;
     } kKeys[] = {{CmdSettings, PictureSettings}, {CmdFilterMenu, PictureFilter}};
-    for (const auto& key : kKeys) {
-        if (!allKeys || !OffersCommand(key.Command))
-            continue;
-        menu.AddKey(key.Command, key.Image);
-        menu.AddKey(CmdNone, 0);
-    }
+    for (const auto& key : kKeys)
+        if (allKeys && OffersCommand(key.Command))
+            menu.AddKey(key.Command, key.Image);
     RunMenu(menu);
 }
 

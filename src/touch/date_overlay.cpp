@@ -71,9 +71,10 @@ int CDateOverlay::SpeedOf(int x, int width, bool invert)
 
 int CDateOverlay::PeriodOf(int speed, bool animated)
 {
-    constexpr int kPeriods[] = {0, 800, 400, 100};
-    const int fast = std::abs(speed);
-    return fast < int(std::size(kPeriods)) ? kPeriods[fast] / (animated ? 4 : 1) : 0;
+    // The fastest at the edge of the screen is still slow enough to be followed by eye.
+    constexpr int kPeriods[] = {0, 800, 400, 100, 50};
+    const int fast = std::min(std::abs(speed), int(std::size(kPeriods)) - 1);
+    return kPeriods[fast] / (animated ? 4 : 1);
 }
 
 // ---- the gesture

@@ -57,8 +57,7 @@ int CTouchMenu::Run(QWidget* owner)
     if (!window || m_loop)
         return CmdNone;
     const QPointer<QWidget> focus = window->focusWidget();
-    if (m_keys.GetCount() == 0)
-        m_keys.AddButton(kCmdClose, PictureCancel); // a finger needs a way out, too
+    m_keys.AddButton(kCmdClose, PictureCancel); // a finger needs a way out where rows fill the window, too
     QEventLoop loop;
     m_loop = &loop;
     m_result = CmdNone;

@@ -67,7 +67,7 @@ TEST_F(Overlay, TheSpeedFollowsThePlace)
 
 TEST_F(Overlay, TheFasterTheShorter)
 {
-    constexpr int kPeriods[] = {0, 800, 400, 100, 0};
+    constexpr int kPeriods[] = {0, 800, 400, 100, 50};
     for (int speed = 1; speed <= 4; ++speed) {
         for (int sign : {-1, 1}) {
             EXPECT_EQ(CDateOverlay::PeriodOf(sign * speed, false), kPeriods[speed]);

@@ -133,21 +133,24 @@ TEST_F(Menu, OpensAtTheCheckedRow)
 
 TEST_F(Menu, SoftKeysAnswerFingerAndKeyboard)
 {
-    for (const int way : {0, 1, 2}) {
+    for (const int way : {0, 1, 2, 3}) {
         CTouchMenu menu;
         menu.AddKey(CmdSettings, 719);
         menu.AddKey(CmdNone, 0);
         menu.AddKey(CmdFilterMenu, 705);
         const int command = Run(menu, [&] {
             const QRect keys = menu.Layout().Keys;
-            QTest::mouseClick(&menu, Qt::LeftButton, {}, keys.center()); // the separator
+            const auto click = [&](int key) {
+                QTest::mouseClick(&menu, Qt::LeftButton, {}, CSoftKeyBar::KeyRect(keys, key, 4).center());
+            };
+            click(1); // the separator
             EXPECT_EQ(CTouchMenu::Current(), &menu);
-            if (way == 0)
-                QTest::mouseClick(&menu, Qt::LeftButton, {}, {keys.right() - 10, keys.center().y()});
+            if (way % 2 == 0)
+                click(way == 0 ? 2 : 3); // the last closes the menu
             else
                 QTest::keyClick(&menu, way == 1 ? Qt::Key_F1 : Qt::Key_F2);
         });
-        EXPECT_EQ(command, way == 1 ? CmdSettings : CmdFilterMenu);
+        EXPECT_EQ(command, way == 0 ? CmdFilterMenu : way == 1 ? CmdSettings : CmdNone);
     }
 }
 
