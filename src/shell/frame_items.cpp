@@ -109,7 +109,7 @@ bool CMainFrame::ServeStartupRequest(const CCommandRequest& request)
 {
     if (!request.IsSingleItem())
         return false;
-    CNamedLock mutex(kSingleItemMutex);
+    CNamedLock mutex(m_setup.SingleItemMutex);
     (void)mutex.Take(); // another one that has it serves an item too
     ShowItem(request, nullptr);
     return true;

@@ -27,11 +27,16 @@ void TellToEnd(const QByteArray& name)
 }
 } // namespace
 
+QByteArray SingleItemMutexOf(const QByteArray& instance)
+{
+    return kSingleItemMutex + instance.mid(InstanceName(kWindowClass).size());
+}
+
 bool CheckRunningInstance(CInstance& own, const CCommandRequest& request)
 {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         // A window beside the mutex belongs to a process that sits in one item's form: it makes room.
-        if (CNamedLock::Exists(kSingleItemMutex))
+        if (CNamedLock::Exists(SingleItemMutexOf(own.Name())))
             TellToEnd(own.Name());
         else if (HandOver(request, own.Name()))
             return true;

@@ -10,8 +10,10 @@ class CInstanceWindow;
 struct CCommandRequest;
 
 inline const QByteArray kWindowClass = "Tessera";
-// Held while a process serves a single view, edit or create request.
+// Held while a process serves a single view, edit or create request of the user's calendar.
 inline const QByteArray kSingleItemMutex = "Tessera_View_Appt_Mutex";
+// The same of an instance: one of a named volume has its own.
+QByteArray SingleItemMutexOf(const QByteArray& instance);
 
 // True when the request was handed over and this process must end. Otherwise `own` is claimed, or
 // will be once a process that was told to end has gone.

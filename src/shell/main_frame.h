@@ -6,6 +6,7 @@
 #include "desktop/instance.h"
 #include "pim/pim_store.h"
 #include "shell/frame_layout.h"
+#include "shell/instance_handover.h"
 #include "shell/item_actions.h"
 #include "shell/item_sender.h"
 #include "shell/notice_pump.h"
@@ -26,6 +27,7 @@ struct CCommandRequest;
 struct CFrameSetup {
     std::shared_ptr<CPropertyVolume> Volume; // null: an empty calendar
     bool SaveSettings = true;
+    QByteArray SingleItemMutex = kSingleItemMutex; // held while it serves a single item at its start
 };
 
 class CMainFrame : public QWidget, public IViewHost, public IPaintedParts

@@ -183,6 +183,7 @@ int RunWindow(const COptions& options, CInstance& instance, char* name)
 {
     ForceDensity(options.Density);
     CFrameSetup setup;
+    setup.SingleItemMutex = SingleItemMutexOf(instance.Name());
     CStatus opened = OpenVolume(options, CPropertyVolume::Mode::Create, setup.Volume);
     // What cannot be written can often be read.
     const bool onlyRead = !opened && OpenVolume(options, CPropertyVolume::Mode::ReadOnly, setup.Volume);

@@ -127,6 +127,11 @@ TEST_F(TwoProcesses, AProcessInOneItemsFormMakesRoom)
     ASSERT_TRUE(Poll(IsListening));
     CNamedLock mutex(kSingleItemMutex); // as if that window served a single item
     ASSERT_TRUE(mutex.Take());
+    const QStringList named{"--volume", m_home.filePath("other.vol")};
+    QProcess& other = Launch(named);
+    ASSERT_TRUE(Poll([&] { return QFile::exists(named.last()); }));
+    EXPECT_EQ(Run(named), 255) << "the form belongs to another calendar";
+    EXPECT_EQ(other.state(), QProcess::Running);
     QProcess& window = Launch();
     EXPECT_TRUE(form.waitForFinished(15000)) << "it was told to end";
     EXPECT_EQ(form.exitCode(), 0);
