@@ -162,14 +162,18 @@ void CFieldControls::SetValues(const CFieldRow& row)
         Day->setDisplayFormat(QtPicture(GetLocaleInfo(LocaleValue::ShortDate)));
         Time->setDisplayFormat(TimePicture(row));
         PutDate(row.Date, false);
-        Day->setCurrentSectionIndex(0);
-        Time->setCurrentSectionIndex(0);
         m_day = Day->date();
         m_time = Time->time();
         Day->setAccessibleName(row.Label);
         Time->setAccessibleName(row.Label);
     }
     Button->setAccessibleName(row.Label);
+}
+
+void CFieldControls::SelectFirstSections()
+{
+    for (QDateTimeEdit* const edit : std::initializer_list<QDateTimeEdit*>{Day, Time})
+        edit->setSelectedSection(edit->sectionAt(0));
 }
 
 void CFieldControls::PutDate(DATE date, bool datePart)

@@ -42,6 +42,7 @@ public:
     bool AtTextEnd(const CFieldRow& row) const;
     void Selection(const CFieldRow& row, int* start, int* end) const;
     void PutDate(DATE date, bool datePart); // a picker's answer
+    void SelectFirstSections();             // of the date and of the time, for typing
 
     QLineEdit* const Line;
     QPlainTextEdit* const Lines;

@@ -63,10 +63,9 @@ void CFieldForm::MoveSelection(int step)
     const quint32 id = HasRow() ? m_rows[size_t(m_selected)].Id : 0;
     CommitRow();
     const int from = HasRow() ? IndexOf(id) : step > 0 ? -1 : int(m_rows.size());
-    const int next = NextRow(from, step);
-    if (next == m_selected)
-        PlaceControls(true);
-    SelectRow(next);
+    if (HasRow())
+        PlaceControls(true); // it is committed once more, and is now what the form took
+    SelectRow(NextRow(from, step));
 }
 
 // Tab visits the row's controls one by one, then the next row.

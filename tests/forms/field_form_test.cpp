@@ -217,6 +217,19 @@ TEST_F(FieldForm, StoresWhatIsEntered)
     EXPECT_EQ(Form.Dates[kTime], 0.75);
 }
 
+TEST_F(FieldForm, TypingADateBeginsAtItsFirstPart)
+{
+    Run(Form, [&] {
+        Select(Form, kStart);
+        auto* const day = Shown<QDateEdit>(Form);
+        ASSERT_TRUE(day);
+        day->setSelectedSection(day->sectionAt(2));
+        Select(Form, kDue); // by the same control
+        ASSERT_EQ(Shown<QDateEdit>(Form), day);
+        EXPECT_EQ(day->findChild<QLineEdit*>()->selectedText(), day->sectionText(day->sectionAt(0)));
+    });
+}
+
 TEST_F(FieldForm, LeavesWhatWasNotTouched)
 {
     Form.Dates = {{kStart, 45000.123456}, {kDue, NO_DATE}, {kTime, 0.3333333}};

@@ -214,36 +214,38 @@ TEST_F(TextAids, ACustomReminderIsNormalized)
         const char* typed[3]; // days, hours, minutes; null: left alone
         int result;
     } cases[] = {
-        {0, {"1", "25", "0"}, 2 * 1440 + 60},
-        {95, {nullptr, nullptr, nullptr}, 95},
-        {0, {nullptr, nullptr, "90"}, 90},
-        {2880, {"0", nullptr, nullptr}, 0},
-        {1505, {"", "", ""}, 0},
-        {-1, {nullptr, "2", nullptr}, 120},
-        {0, {"9999999", nullptr, nullptr}, 2147483647},
+        {0, {"1", "25", "0"}, 2 * 1440 + 60},  {0, {"2", "30", "90"}, 3 * 1440 + 7 * 60 + 30},
+        {95, {nullptr, nullptr, nullptr}, 95}, {0, {nullptr, nullptr, "90"}, 90},
+        {2880, {"0", nullptr, nullptr}, 0},    {1505, {"", "", ""}, 0},
+        {-1, {nullptr, "2", nullptr}, 120},    {0, {"9999999", nullptr, nullptr}, 2147483647},
     };
-    for (const auto& c : cases) {
+    for (size_t n = 0; n < 2 * std::size(cases); ++n) {
+        const auto& c = cases[n / 2];
+        const bool byTab = n % 2 != 0; // else by finger
         CCustomReminderDialog dialog(c.minutes);
         const int result = Run(dialog, [&] {
             EXPECT_EQ(dialog.GetSelectedRow(), 0);
-            for (int n = 0; n < 3; ++n) {
-                dialog.SelectRow(n);
+            for (int row = 0; row < 3; ++row) {
                 auto* edit = dynamic_cast<QLineEdit*>(dialog.focusWidget());
                 ASSERT_TRUE(edit);
-                if (!c.typed[n])
-                    continue;
-                edit->selectAll();
-                QTest::keyClick(edit, Qt::Key_Delete);
-                QTest::keyClicks(edit, c.typed[n]);
+                if (c.typed[row]) {
+                    edit->selectAll();
+                    QTest::keyClick(edit, Qt::Key_Delete);
+                    QTest::keyClicks(edit, c.typed[row]);
+                }
+                if (byTab)
+                    QTest::keyClick(edit, Qt::Key_Tab);
+                else
+                    dialog.SelectRow((row + 1) % 3);
             }
-            dialog.SelectRow(0);
+            EXPECT_EQ(dialog.GetSelectedRow(), 0);
             EXPECT_EQ(dialog.Rows()[2].Value.toInt(), c.result % 60);
             EXPECT_EQ(dialog.Rows()[1].Value.toInt(), c.result / 60 % 24);
             EXPECT_EQ(dialog.Rows()[0].Value.toInt(), c.result / 1440);
             QTest::keyClick(dialog.focusWidget(), Qt::Key_F1);
         });
         EXPECT_EQ(result, CFormDialog::kDone);
-        EXPECT_EQ(dialog.GetMinutes(), c.result);
+        EXPECT_EQ(dialog.GetMinutes(), c.result) << "by Tab " << byTab;
     }
 }
 
