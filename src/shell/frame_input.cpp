@@ -66,10 +66,11 @@ void CMainFrame::keyPressEvent(QKeyEvent* event)
     const int key = VirtualKeyOf(*event);
     if (key == kKeyEscape)
         m_backPressed = m_backPressed || !event->isAutoRepeat();
-    if (key == kKeyDigit0 + 9 || key == kKeyA + 2) {
-        SendCommand(CmdToggleTask);
-        return;
-    }
+    const bool completes = key == kKeyDigit0 + 9 || key == kKeyA + 2;
+    if (event->isAutoRepeat() && (completes || key == kKeyReturn))
+        return; // a series would go on and on
+    if (completes)
+        return SendCommand(CmdToggleTask);
     CCalendarView* view = CurrentView();
     // A view that has the focus has seen the key and left it.
     if (view && !view->hasFocus() && key != kKeyNone && key != kKeyEscape && key != kKeyF1 && key != kKeyF2)

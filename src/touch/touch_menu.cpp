@@ -264,7 +264,7 @@ void CTouchMenu::keyPressEvent(QKeyEvent* event)
         SelectByKey(1);
         break;
     case kKeyReturn:
-        if (m_selected >= 0)
+        if (m_selected >= 0 && !event->isAutoRepeat())
             Choose(m_rows[size_t(m_selected)].Command);
         break;
     default:

@@ -4,6 +4,8 @@
 
 int VirtualKeyOf(const QKeyEvent& event)
 {
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return kKeyNone; // "copy" completes no task
     const int key = event.key();
     if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z))
         return key; // Qt's numbers of these are the same

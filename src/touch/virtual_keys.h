@@ -23,5 +23,5 @@ enum VirtualKey : int {
     kKeyF3 = 114,    // the action key of some handhelds
 };
 
-// kKeyNone for a key without a number here.
+// kKeyNone for a key without a number here, and with Ctrl, Alt or the system's key.
 int VirtualKeyOf(const QKeyEvent& event);

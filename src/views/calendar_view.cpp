@@ -319,6 +319,8 @@ void CCalendarView::contextMenuEvent(QContextMenuEvent* event)
 void CCalendarView::keyPressEvent(QKeyEvent* event)
 {
     const int key = VirtualKeyOf(*event);
+    if (event->isAutoRepeat() && (key == kKeyReturn || key == kKeyDigit0 + 9))
+        return event->accept(); // opens and completes once
     event->setAccepted(key == kKeyF1 || key == kKeyF2 || (key != kKeyNone && OnKey(key)));
 }
 

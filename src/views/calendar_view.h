@@ -112,6 +112,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool) override { return true; } // it stays: other views lie below
     void keyReleaseEvent(QKeyEvent* event) override;
 
     IViewHost& m_host;

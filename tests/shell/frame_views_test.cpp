@@ -38,6 +38,21 @@ QString AllTextsOf(const QMenu& menu)
 }
 } // namespace
 
+TEST_F(FrameViews, TheTabKeyLeadsToNoViewBelow)
+{
+    Start().show();
+    for (const int command :
+         {CmdShowSearch, CmdShowList, CmdShowTasks, CmdShowWeekly, CmdShowMonthly, CmdShowDaily}) {
+        m_frame->SendCommand(command);
+        if (command == CmdShowSearch)
+            continue; // between its text and its results
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            QTest::keyClick(m_frame->focusWidget(), key);
+            EXPECT_EQ(m_frame->focusWidget(), m_frame->CurrentView()) << command;
+        }
+    }
+}
+
 TEST_F(FrameViews, CommandsShowThoseViewsThatThereAre)
 {
     CMainFrame& frame = Start();

@@ -166,4 +166,7 @@ TEST(VirtualKeys, BothDigitRowsAndTheBackKey)
     EXPECT_EQ(of(Qt::Key_F2), 113);
     EXPECT_EQ(of(Qt::Key_F3), 114);
     EXPECT_EQ(of(Qt::Key_VolumeUp), kKeyNone);
+    EXPECT_EQ(of(Qt::Key_C, Qt::ShiftModifier), 67);
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        EXPECT_EQ(of(Qt::Key_C, modifier), kKeyNone);
 }
