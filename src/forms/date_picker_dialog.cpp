@@ -70,6 +70,9 @@ void DressCalendar(QCalendarWidget& calendar)
         if (auto* button = calendar.findChild<QToolButton*>(QString::fromLatin1(name)))
             button->setIcon(QIcon(QPixmap::fromImage(g_ImageStore.Image(picture).ToImage())));
     }
+    // The months' list opens by the name itself; its little arrow has no room on a small page.
+    if (auto* button = calendar.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton")))
+        button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
     QTextCharFormat ink;
     ink.setForeground(ToQColor(kFormInk));
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
