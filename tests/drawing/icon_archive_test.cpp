@@ -75,7 +75,7 @@ TEST_F(IconArchive, FindsWithoutRegardToCaseTheFirstOfEqualOnes)
     CIconArchive archive;
     ASSERT_TRUE(
         Open(archive,
-             {{"small/Work/a.png", kRed}, {"large/Work/a.png", kRed}, {"LARGE/work/A.PNG", PngOf(9, 9, 0)}}));
+             {{"small/Work/a.png", kRed}, {"large/Work/a.png", kRed}, {"LARGE/WORK/A.PNG", PngOf(9, 9, 0)}}));
     EXPECT_EQ(archive.Members().size(), 2u);
     EXPECT_EQ(archive.Find(QStringLiteral("Large"), QStringLiteral("WORK"), QStringLiteral("A.png")), 1);
     EXPECT_EQ(archive.Find(QStringLiteral("large"), QStringLiteral("Work"), QStringLiteral("b.png")), -1);

@@ -125,7 +125,7 @@ TEST(IconReference, CannotBeToldWhenASettingsFileOrItsReaderWouldCutIt)
 TEST_F(IconStore, GroupsAreSortedAndEntriesKeepTheArchivesOrder)
 {
     Write("install/IconStore/b.ZIP", {{"large/Work/z.png", PngOf(32, 32, kRed)},
-                                      {"LARGE/work/A.PNG", PngOf(32, 32, kRed)},
+                                      {"LARGE/WORK/A.PNG", PngOf(32, 32, kRed)},
                                       {"large/Home/deep/x.png", PngOf(32, 32, kRed)},
                                       {"small/Travel/only.png", PngOf(16, 16, kRed)},
                                       {"large/Home/text.txt", PngOf(32, 32, kRed)},
@@ -137,7 +137,7 @@ TEST_F(IconStore, GroupsAreSortedAndEntriesKeepTheArchivesOrder)
     QDir(At("install/IconStore")).mkdir(QStringLiteral("folder.zip"));
     EXPECT_EQ(Scan(), QStringList({QStringLiteral("Home: zip:b.ZIP:Home:deep/x.png"),
                                    QStringLiteral("Work: zip:a.zip:Work:b.png zip:b.ZIP:Work:z.png "
-                                                  "zip:b.ZIP:work:A.PNG")}));
+                                                  "zip:b.ZIP:WORK:A.PNG")}));
 }
 
 TEST_F(IconStore, TheInstallFoldersArchiveHidesTheProgramsOwn)
