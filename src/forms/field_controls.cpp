@@ -85,12 +85,6 @@ Qt::InputMethodHints HintsOf(const CFieldRow& row)
         return Qt::ImhDigitsOnly;
     return IsMultiLine(row) ? TextInputHints() | Qt::ImhMultiLine : TextInputHints();
 }
-
-void Put(QWidget* control, const QRect& surface, int k)
-{
-    control->setGeometry(surface.x() / k, surface.y() / k, surface.width() / k, surface.height() / k);
-    control->show();
-}
 } // namespace
 
 CFieldControls::CFieldControls(QWidget* form)
@@ -170,10 +164,14 @@ void CFieldControls::SetValues(const CFieldRow& row)
     Button->setAccessibleName(row.Label);
 }
 
-void CFieldControls::SelectFirstSections()
+void CFieldControls::SelectFirstSection(QWidget* control)
 {
-    for (QDateTimeEdit* const edit : std::initializer_list<QDateTimeEdit*>{Day, Time})
-        edit->setSelectedSection(edit->sectionAt(0));
+    auto* const edit = qobject_cast<QDateTimeEdit*>(control);
+    if (!edit)
+        return;
+    // The toolkit notes a section when its caret moves there, not where it stands already.
+    edit->findChild<QLineEdit*>()->end(false);
+    edit->setSelectedSection(edit->sectionAt(0));
 }
 
 void CFieldControls::PutDate(DATE date, bool datePart)
@@ -284,10 +282,28 @@ bool CFieldControls::AtTextEnd(const CFieldRow& row) const
 
 // ---- places
 
+void CFieldControls::Put(QWidget* control, const QRect& surface, int k)
+{
+    control->setGeometry(surface.x() / k, surface.y() / k, surface.width() / k, surface.height() / k);
+    control->show();
+    m_put.push_back(control);
+}
+
+// What stays is not hidden meanwhile: the toolkit would lead the keyboard to the next part of a date.
 QWidget* CFieldControls::Place(const CFieldRow& row, const QRect& rect, int k)
 {
-    HideAll();
+    m_put.clear();
     SetFonts(k);
+    QWidget* const first = PutControls(row, rect, k);
+    for (QWidget* const control : InTabOrder()) {
+        if (std::find(m_put.begin(), m_put.end(), control) == m_put.end())
+            control->hide();
+    }
+    return first;
+}
+
+QWidget* CFieldControls::PutControls(const CFieldRow& row, const QRect& rect, int k)
+{
     const bool boxed = row.HasFlag(kRowInclude);
     if (boxed)
         Put(Box, FieldIncludeBox(row, rect), k);

@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <array>
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
@@ -42,7 +43,7 @@ public:
     bool AtTextEnd(const CFieldRow& row) const;
     void Selection(const CFieldRow& row, int* start, int* end) const;
     void PutDate(DATE date, bool datePart); // a picker's answer
-    void SelectFirstSections();             // of the date and of the time, for typing
+    void SelectFirstSection(QWidget* control); // where typing begins in a date or time; else nothing
 
     QLineEdit* const Line;
     QPlainTextEdit* const Lines;
@@ -53,10 +54,13 @@ public:
     QCheckBox* const Box;
 
 private:
+    QWidget* PutControls(const CFieldRow& row, const QRect& rect, int k);
+    void Put(QWidget* control, const QRect& surface, int k);
     void PlaceText(const CFieldRow& row, const QRect& rect, const QRect& value, int k);
     void PlaceDates(const CFieldRow& row, const QRect& value, int k);
 
-    QString m_text; // as it was put in
+    std::vector<QWidget*> m_put; // by the present placing
+    QString m_text;              // as it was put in
     DATE m_date = 0;
     QDate m_day;
     QTime m_time;

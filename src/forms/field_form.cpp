@@ -274,8 +274,8 @@ void CFieldForm::PlaceControls(bool valuesToo)
         // A second control of the row keeps the keyboard while the row only moves.
         const bool keeps = !valuesToo && had && had != this && had->isVisible();
         (control ? keeps ? had : control : this)->setFocus();
-        if (valuesToo)
-            m_controls->SelectFirstSections(); // typing begins there on every row
+        if (!keeps)
+            m_controls->SelectFirstSection(control);
     }
     m_placing = false;
     if (!HasRow() || !m_titleFollowsRow)

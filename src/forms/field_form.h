@@ -107,6 +107,9 @@ private:
     int NextRow(int from, int step) const;
     void MoveSelection(int step);
     void TabFrom(QWidget* control, int step);
+    void EnterRow(int index);
+    void FocusControl(QWidget* control, Qt::FocusReason reason); // another of the row's
+    void ShowEntered();
     void ShowSelected();
     void PlaceControls(bool valuesToo);
     void Activate(int index);

@@ -48,12 +48,24 @@ void CFieldForm::SelectRow(int index)
         // The commit may have hidden the row.
         if (index < 0 || !m_rows[size_t(index)].CanSelect())
             return PlaceControls(true);
-        m_selected = index;
-        PlaceControls(true);
+        return EnterRow(index);
     }
+    ShowEntered();
+}
+
+// The row before is committed.
+void CFieldForm::EnterRow(int index)
+{
+    m_selected = index;
+    PlaceControls(true);
+    ShowEntered();
+}
+
+void CFieldForm::ShowEntered()
+{
     ShowSelected();
     m_touch.Redraw(true);
-    ShowOnScreenKeyboard(m_rows[size_t(index)].Type == kRowText);
+    ShowOnScreenKeyboard(m_rows[size_t(m_selected)].Type == kRowText);
 }
 
 void CFieldForm::MoveSelection(int step)
@@ -63,9 +75,14 @@ void CFieldForm::MoveSelection(int step)
     const quint32 id = HasRow() ? m_rows[size_t(m_selected)].Id : 0;
     CommitRow();
     const int from = HasRow() ? IndexOf(id) : step > 0 ? -1 : int(m_rows.size());
-    if (HasRow())
-        PlaceControls(true); // it is committed once more, and is now what the form took
-    SelectRow(NextRow(from, step));
+    if (const int next = NextRow(from, step); next >= 0)
+        EnterRow(next);
+}
+
+void CFieldForm::FocusControl(QWidget* control, Qt::FocusReason reason)
+{
+    control->setFocus(reason);
+    m_controls->SelectFirstSection(control);
 }
 
 // Tab visits the row's controls one by one, then the next row.
@@ -79,7 +96,7 @@ void CFieldForm::TabFrom(QWidget* control, int step)
     const auto at = std::find(shown.begin(), shown.end(), control);
     const auto index = at == shown.end() ? -1 : at - shown.begin() + step;
     if (index >= 0 && index < std::ssize(shown))
-        shown[size_t(index)]->setFocus(Qt::TabFocusReason);
+        FocusControl(shown[size_t(index)], Qt::TabFocusReason);
     else
         MoveSelection(step);
 }
@@ -248,7 +265,7 @@ bool CFieldForm::OnDateKey(QWidget* control, int key)
     if (!isDay && !both)
         return false; // from hours to minutes and back
     if (both && isDay == (key == kKeyRight))
-        (isDay ? static_cast<QWidget*>(m_controls->Time) : m_controls->Day)->setFocus();
+        FocusControl(isDay ? static_cast<QWidget*>(m_controls->Time) : m_controls->Day, Qt::OtherFocusReason);
     else
         MoveSelection(key == kKeyLeft ? -1 : 1);
     return true;

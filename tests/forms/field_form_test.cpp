@@ -223,10 +223,22 @@ TEST_F(FieldForm, TypingADateBeginsAtItsFirstPart)
         Select(Form, kStart);
         auto* const day = Shown<QDateEdit>(Form);
         ASSERT_TRUE(day);
+        auto* const time = Shown<QTimeEdit>(Form);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(day->findChild<QLineEdit*>()->selectedText(), day->sectionText(day->sectionAt(0)));
+        EXPECT_EQ(time->findChild<QLineEdit*>()->selectedText(), "") << "it has no focus";
+        Press(Form, Qt::Key_Right);
+        EXPECT_EQ(day->findChild<QLineEdit*>()->selectedText(), "");
+        EXPECT_EQ(time->findChild<QLineEdit*>()->selectedText(), time->sectionText(time->sectionAt(0)));
+        Select(Form, kSubject);
+        Select(Form, kStart);
         day->setSelectedSection(day->sectionAt(2));
         Select(Form, kDue); // by the same control
         ASSERT_EQ(Shown<QDateEdit>(Form), day);
         EXPECT_EQ(day->findChild<QLineEdit*>()->selectedText(), day->sectionText(day->sectionAt(0)));
+        const QString rest = day->text().mid(2);
+        Type(Form, "05"); // the day of the month stands first here
+        EXPECT_EQ(day->text(), "05" + rest);
     });
 }
 
