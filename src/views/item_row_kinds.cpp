@@ -89,20 +89,17 @@ int CItemRowPainter::PaintTaskLine(Row& row, const CTask& item, const QString& d
 {
     row.LineHeight = std::max(row.LineHeight, m_subjectHeight + D(3));
     row.Rest.setHeight(row.LineHeight);
-    // A word in place of the date may be wider than its column, beside check box and priority.
-    const int subjectLeft = std::max(row.Full.x() + m_timeColumnWidth,
-                                     row.Rest.x() + TextWidth(g_ImageStore.Font(m_setup.FontText), due)) +
-                            S(4);
-    if (row.Dc) {
+    if (row.Dc) { // its height is known without
+        const QFont& font = g_ImageStore.Font(m_setup.FontText);
         QRect column = row.Rest;
-        column.setWidth(subjectLeft - S(4) - column.x());
-        row.Dc->setFont(g_ImageStore.Font(m_setup.FontText));
+        // A word in place of the date may be wider than its column, beside check box and priority.
+        column.setWidth(std::max(row.Full.x() + m_timeColumnWidth - column.x(), TextWidth(font, due)));
+        row.Dc->setFont(font);
         row.Dc->setPen(ToQColor(row.Selected ? m_colorSelectedText : dueColor));
-        if (column.width() > 0)
-            DrawText(*row.Dc, due, column,
-                     kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | kTextRight | kTextVCentre);
+        DrawText(*row.Dc, due, column,
+                 kTextNoPrefix | kTextSingleLine | kTextWordEllipsis | kTextRight | kTextVCentre);
+        row.Rest.setLeft(column.x() + column.width() + S(4));
     }
-    row.Rest.setLeft(subjectLeft);
     const CRowIcons icons = LayOutStatusIcons(item, row.IconX, row.Full.y(), row.LineHeight);
     DrawStatusIcons(row, icons);
     row.Rest.setWidth(row.Rest.width() - icons.Width);

@@ -261,8 +261,6 @@ void CSearchView::keyPressEvent(QKeyEvent* event)
 {
     const int key = VirtualKeyOf(*event);
     const bool editing = IsEditing();
-    if (key == kKeyReturn && event->isAutoRepeat())
-        return event->accept(); // it closed a page and goes on repeating
     if (editing && key == kKeyEscape) {
         m_backPressed = m_backPressed || !event->isAutoRepeat();
         return event->accept();
