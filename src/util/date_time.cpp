@@ -161,11 +161,6 @@ int GetSameDayPrevMonth(int dayNumber)
     return day > length ? last : dayNumber - length;
 }
 
-int ReturnInYear(int year, int month, int day)
-{
-    return DayNumberOf(year, month, month == 2 && day == 29 ? 28 : day);
-}
-
 int GetSameDayNextMonth(int dayNumber)
 {
     int year = 0, month = 0, day = 0;
@@ -175,6 +170,11 @@ int GetSameDayNextMonth(int dayNumber)
     int nextYear = 0, nextMonth = 0, unused = 0;
     CivilOfDayNumber(next + 1, &nextYear, &nextMonth, &unused);
     return std::min(dayNumber + length, next + DaysInMonth(nextYear, nextMonth));
+}
+
+int ReturnInYear(int year, int month, int day)
+{
+    return DayNumberOf(year, month, month == 2 && day == 29 ? 28 : day);
 }
 
 DATE GetTransitionDate(const SystemTime& rule, int year)
