@@ -40,6 +40,10 @@ constexpr int kDaysOfWeek = 7;
 constexpr int kWheelNotch = 120;
 constexpr int kNamedDayWidth = 44; // logical pixels
 constexpr int kCalendarMargin = 8; // design pixels
+constexpr int kCalendarArrow = 16; // the same
+constexpr int kCalendarLines = 8;  // weeks, the days' names and the month
+constexpr int kLineExtra = 6;      // that the toolkit adds to the letters' height
+constexpr int kLeastLetters = 8;   // logical pixels
 
 enum MenuCommand { kNextWeek = 101, kPriorWeek = 102 }; // 2 closes a menu
 
@@ -62,13 +66,16 @@ DATE DateOfParts(int year, int month, int day)
 }
 
 // Its arrows and colours as those of the rest of the page.
-void DressCalendar(QCalendarWidget& calendar)
+void DressCalendar(QCalendarWidget& calendar, int k)
 {
     const std::pair<const char*, int> kArrows[] = {{"qt_calendar_prevmonth", PictureBack},
                                                    {"qt_calendar_nextmonth", PictureForward}};
     for (const auto& [name, picture] : kArrows) {
-        if (auto* button = calendar.findChild<QToolButton*>(QString::fromLatin1(name)))
-            button->setIcon(QIcon(QPixmap::fromImage(g_ImageStore.Image(picture).ToImage())));
+        auto* const button = calendar.findChild<QToolButton*>(QString::fromLatin1(name));
+        if (!button)
+            continue;
+        button->setIcon(QIcon(QPixmap::fromImage(g_ImageStore.Image(picture).ToImage())));
+        button->setIconSize(QSize(D(kCalendarArrow) / k, D(kCalendarArrow) / k));
     }
     // The months' list opens by the name itself; its little arrow has no room on a small page.
     if (auto* button = calendar.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton")))
@@ -207,12 +214,11 @@ void CDatePickerDialog::Repeat()
 void CDatePickerDialog::OpenCalendar()
 {
     m_calendar = new QCalendarWidget(this);
-    m_calendar->setFont(LogicalFont(g_ImageStore.Font(kFontWeekday), CurrentFactor()));
     m_calendar->setMinimumDate(QDate(kFirstYear, 1, 1));
     m_calendar->setMaximumDate(QDate(kLastYear, 12, 31));
     m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     m_calendar->setGridVisible(false);
-    DressCalendar(*m_calendar);
+    DressCalendar(*m_calendar, CurrentFactor());
     const int first = GetLocaleInfo(LocaleValue::FirstDayOfWeek).toInt(); // 0 Monday
     m_calendar->setFirstDayOfWeek(Qt::DayOfWeek(std::clamp(first, 0, kDaysOfWeek - 1) + 1));
     m_calendar->setSelectedDate(QDateOf(m_date));
@@ -247,6 +253,12 @@ void CDatePickerDialog::PlaceCalendar()
     const int margin = D(kCalendarMargin);
     const QRect area = Layout().Client.adjusted(margin, margin, -margin, -margin);
     const QRect place = ToLogical(area, CurrentFactor());
+    QFont font = LogicalFont(g_ImageStore.Font(kFontWeekday), CurrentFactor());
+    // The toolkit would cut the last week rather than its letters' height.
+    while (font.pixelSize() > kLeastLetters &&
+           kCalendarLines * (QFontMetrics(font).height() + kLineExtra) > place.height())
+        font.setPixelSize(font.pixelSize() - 1);
+    m_calendar->setFont(font);
     m_calendar->setGeometry(place);
     m_calendar->setHorizontalHeaderFormat(place.width() < kDaysOfWeek * kNamedDayWidth
                                               ? QCalendarWidget::SingleLetterDayNames
